@@ -1,0 +1,5 @@
+#include <cmath>
+
+#include "preprocess.h"
+
+bool CompareEq(double a, double b, double eps) { return std::fabs(a - b) < eps; }
