@@ -1,0 +1,122 @@
+#include <algorithm>
+#include <iomanip>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "alexander/stored_polynomial.hpp"
+#include "recognition/ordinals.hpp"
+#include "reference/reference.hpp"
+
+namespace reference {
+
+namespace {
+
+constexpr int kDirections = 60;
+constexpr int kMostCrossings = 16;  // the polynomial determinant's limit
+constexpr int kNumericPoint = 12;   // where the numeric determinant is taken
+
+int ordinal_in_direction(const std::vector<ChainAtom>& chain, int direction) {
+  polynomial<int> poly;
+  double value = 0;
+  return reference::FindTheKnotInParticularDirection_poly(chain, poly, value, direction,
+                                                          kMostCrossings) != 0
+             ? WhichKnot_OrdNr(poly)
+             : WhichKnotDouble_OrdNr(value);
+}
+
+}  // namespace
+
+int FindTheKnotInParticularDirection_poly(std::vector<ChainAtom> chain, polynomial<int>& poly,
+                                          double& value, int direction, int maxCrossings) {
+  FillKnotsArray();
+  std::vector<Edge> edges = ProjectChain(chain, direction, true);
+  std::vector<Crossing> crossings;
+  if (reference::FindAllCrossings(edges, crossings, true) != 0) return 1;
+  reference::FillCrossings(edges, crossings);
+  if (static_cast<int>(crossings.size()) <= maxCrossings) {
+    const auto matrix = reference::CreateFoxMatrix(crossings);
+    poly = matrix.empty() ? korvex::alexander::stored_polynomial({1})
+                          : NormalizePoly(reference::det_poly(matrix));
+    return 1;
+  }
+  auto matrix = reference::CreateFoxMatrix_double(crossings, kNumericPoint);
+  value = matrix.empty() ? 1.0 : reference::det_double(matrix, kNumericPoint);
+  return 0;
+}
+
+int FindTheKnotInParticularDirection(std::vector<ChainAtom> chain, int direction) {
+  return ordinal_in_direction(chain, direction % kDirections);
+}
+
+std::string FindTheKnotInParticularDirection_poly_string(std::vector<ChainAtom> chain,
+                                                         int maxCrossings, bool numeric) {
+  polynomial<int> poly;
+  double value = 0.0;
+  reference::FindTheKnotInParticularDirection_poly(chain, poly, value, 0,
+                                                   numeric ? -1 : maxCrossings);
+  if (numeric) return removeTrailingZeros(static_cast<float>(value));
+  std::ostringstream text;
+  const char* separator = "";
+  for (const int coefficient : poly.data()) {
+    text << separator << coefficient;
+    separator = " ";
+  }
+  return text.str();
+}
+
+namespace {
+
+constexpr double kFactor = 1.25;  // radius of the closing sphere over the chain's own
+constexpr int kDirectionsTried = 30;
+
+std::vector<ChainAtom> closed_and_reduced(const std::vector<ChainAtom>& chain, int closureType) {
+  std::vector<ChainAtom> work = chain;
+  switch (closureType) {
+    case 1:
+      while (CloseChain_OUT(work, kFactor) == -1) {
+      }
+      break;
+    case 2:
+      while (CloseChain_2points(work, kFactor) == -1) {
+      }
+      break;
+    case 3:
+      while (CloseChain_1point(work, kFactor) == -1) {
+      }
+      break;
+    case 4:
+      CloseChain_1direction(work);
+      break;
+    default:
+      break;
+  }
+  ::ChainReduce(work, true);
+  return work;
+}
+
+int first_usable_answer(const std::vector<ChainAtom>& chain) {
+  int ordinal = korvex::recognition::kUnusable;
+  for (int d = 0; d < kDirectionsTried && ordinal == korvex::recognition::kUnusable; ++d) {
+    ordinal = reference::FindTheKnotInParticularDirection(chain, d);
+  }
+  return ordinal;
+}
+
+}  // namespace
+
+int FindOneKnot(const std::vector<ChainAtom>& chain, int* counts, int closureType, int trials) {
+  std::fill_n(counts, korvex::recognition::kReserved, 0);
+  const int determinations = static_cast<unsigned>(closureType) > 1 ? trials : 1;
+  for (int i = 0; i < determinations; ++i) {
+    // A chain that no direction can answer is closed anew, without limit.
+    int ordinal = korvex::recognition::kUnusable;
+    while (ordinal == korvex::recognition::kUnusable) {
+      ordinal = first_usable_answer(closed_and_reduced(chain, closureType));
+    }
+    ++counts[ordinal];
+  }
+  return 0;
+}
+
+}  // namespace reference
