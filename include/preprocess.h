@@ -64,39 +64,61 @@ PREPROCESS_API std::string CheckDistancesBetweenAtoms(std::vector<ChainAtom> cha
 // Prepares the table of projection directions. ProjectChain works whether or not it was called.
 PREPROCESS_API void FillFulerenData();
 
-// Projects a chain orthogonally onto the plane normal to a direction.
+// Projects a chain orthogonally onto the plane through the origin normal to a direction.
 // `direction` numbers the 60 vertices of a truncated icosahedron, turned by one fixed generic
-// rotation so that no lattice chain projects degenerately; 0 to 29 hold no antipodal pair, 30 to 59
-// are their antipodes. Other numbers, negative ones included, wrap modulo 60.
-// Result: the edges in chain order, each beginning where the one before it ends; with `closed` the
+// rotation so that no two steps of a cubic lattice fall on one line; 0 to 29 hold no antipodal
+// pair, 30 + k is opposite to k. Other numbers, negative ones included, wrap modulo 60. Result: the
+// edges in chain order, each beginning where the one before it ends, bit for bit; with `closed` the
 // edge from the last atom to the first comes last. (x, y, height) is right-handed, so that the
-// projection seen from the side to which heights grow is not mirrored.
+// projection seen from the side to which heights grow is not mirrored. The lists of crossings are
+// empty and the tags 0. A chain of fewer than 2 atoms has no edges. O(n).
 PREPROCESS_API std::vector<Edge> ProjectChain(const std::vector<ChainAtom>& chain, int direction,
                                               bool closed);
 
-// The closures. Each joins the ends of an open chain in place by atoms appended or prepended to it,
-// with `id` 0. Centre: the centroid of the chain's atoms; radius: the greatest distance of an atom
-// from it. Result: 0, or -1 where the attempt failed and the chain is unchanged (a randomised
-// closure may be tried again).
+// The closures. Each joins the ends of an open chain in place: new atoms, with `id` 0, are appended
+// after its last atom and lead from there to the first, so that the ring's closing edge runs from
+// the last new atom to the first atom. The old atoms keep their places and bits.
+// Centre: the centroid of the chain's atoms; radius: the greatest distance of an atom from it.
+// Result:
+//    0  the chain is closed. Chains with nothing to close come back unchanged: fewer than 2 atoms,
+//       or both ends in one place.
+//   -1  this attempt failed, by an accident of chance such as a point in line with both ends; the
+//       chain is unchanged and may be tried again. The next attempt draws new points.
+//   -2  no attempt can succeed and the chain is unchanged: a coordinate is not finite, the factor
+//   is
+//       not a finite number of at least 1.001, or a new atom would be beyond the range of double.
+// Randomness comes from `rand()` alone, two draws a random point. O(n).
 
-// Carries both ends outwards from the centre to the sphere of `factor` times the radius and joins
-// them along the sphere.
+// Carries both ends straight outwards from the centre to the sphere of `factor` times the radius
+// and joins them along the sphere by their great-circle arc, in chords that stay outside the sphere
+// of (factor + 1) / 2 times the radius. Draws nothing and never answers -1: an end at the centre
+// goes out in a fixed direction, opposite ends are joined by a fixed one of the great circles, and
+// of two ends on one ray from the centre the last goes out at an angle of 0.01 to it.
 PREPROCESS_API int CloseChain_OUT(std::vector<ChainAtom>& chain, double factor);
 
-// Joins each end to its own uniformly random point of the sphere of `factor` times the radius, and
-// the two points by their great-circle arc, in chords that stay outside the chain's radius.
+// Joins each end to its own uniformly random point of the sphere of `factor` times the radius, the
+// last atom's point drawn first, and the two points by their great-circle arc, in chords as above.
 PREPROCESS_API int CloseChain_2points(std::vector<ChainAtom>& chain, double factor);
 
 // Joins both ends to one uniformly random point of the sphere of `factor` times the radius.
 PREPROCESS_API int CloseChain_1point(std::vector<ChainAtom>& chain, double factor);
 
-// Carries both ends in one uniformly random direction beyond the chain and joins them there.
+// Carries both ends in one uniformly random direction to the plane at a right angle to it that lies
+// 1.25 times the radius from the centre, beyond the chain, and joins them there.
 PREPROCESS_API int CloseChain_1direction(std::vector<ChainAtom>& chain);
 
 // Reduces a chain in place by triangle elimination without changing its knot type: an atom is
-// removed when no other edge meets the triangle that it spans with its two neighbours, contacts and
-// coplanar edges counting as obstacles. Repeated until no atom can be removed. `closed`: the edge
-// from the last atom to the first belongs to the chain; an open chain keeps both ends.
+// removed when no other edge meets the triangle that it spans with its two neighbours. Always the
+// smallest triangle that can go goes next, until none can, so that the result does not depend on
+// where a ring begins or which way it runs, as long as no two triangles of one size have their tips
+// in one place. The atoms left keep their order, coordinates and ids.
+// Touching and coplanar edges count as obstacles, and so does every edge that rounding does not
+// show to be clear: what is removed is certain for the coordinates as they are. Atoms that repeat a
+// neighbour's place or lie on the line between their neighbours sweep nothing and always go; the
+// tips of spikes (the chain turns back on its own line) go where no other edge touches them.
+// `closed`: the edge from the last atom to the first belongs to the chain, and 3 atoms are left at
+// least unless some coincide; an open chain keeps both ends. A chain with a coordinate that is not
+// finite is left as it is.
 // Result: the number of atoms left.
 // Method: K. Koniaris and M. Muthukumar, Phys. Rev. Lett. 66, 2211 (1991).
 PREPROCESS_API int ChainReduce(std::vector<ChainAtom>& chain, bool closed);

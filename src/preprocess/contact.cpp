@@ -1,0 +1,177 @@
+#include "preprocess/contact.hpp"
+
+#include <limits>
+
+namespace preprocess {
+namespace {
+
+// Each bound is a multiple of the sum of the magnitudes of the terms, larger than the number of
+// roundings on any path to the result times 2^-53, and an allowance for underflow.
+constexpr double kRounding = 16 * 0x1p-53;
+constexpr double kUnderflow = 1e-290;
+
+// A value and a bound on its rounding error.
+struct Estimate {
+  double value;
+  double bound;
+};
+
+int certain_sign(Estimate e) {
+  if (e.value > e.bound) return 1;
+  return e.value < -e.bound ? -1 : 0;
+}
+
+bool same_certain_sign(int a, int b) { return a != 0 && a == b; }
+
+// (a x b) . c. Exchanging a and b changes the sign of the value and nothing else.
+Estimate triple_product(Vec3 a, Vec3 b, Vec3 c) {
+  const double xy = a.x * b.y, yx = a.y * b.x;
+  const double yz = a.y * b.z, zy = a.z * b.y;
+  const double zx = a.z * b.x, xz = a.x * b.z;
+  const double value = (yz - zy) * c.x + (zx - xz) * c.y + (xy - yx) * c.z;
+  const double size = (std::fabs(yz) + std::fabs(zy)) * std::fabs(c.x) +
+                      (std::fabs(zx) + std::fabs(xz)) * std::fabs(c.y) +
+                      (std::fabs(xy) + std::fabs(yx)) * std::fabs(c.z);
+  return {value, kRounding * size + kUnderflow};
+}
+
+int dot_sign(Vec3 a, Vec3 b) {
+  const double x = a.x * b.x, y = a.y * b.y, z = a.z * b.z;
+  return certain_sign(
+      {x + y + z, kRounding * (std::fabs(x) + std::fabs(y) + std::fabs(z)) + kUnderflow});
+}
+
+struct Vec2 {
+  double x;
+  double y;
+};
+
+Vec2 operator-(Vec2 a, Vec2 b) { return {a.x - b.x, a.y - b.y}; }
+
+// The shadow of a point on the coordinate plane that leaves out one axis. Sets whose shadows do not
+// meet do not meet.
+Vec2 shadow(Vec3 a, int axis) {
+  if (axis == 0) return {a.y, a.z};
+  if (axis == 1) return {a.z, a.x};
+  return {a.x, a.y};
+}
+
+Estimate cross_estimate(Vec2 a, Vec2 b) {
+  const double l = a.x * b.y, r = a.y * b.x;
+  return {l - r, kRounding * (std::fabs(l) + std::fabs(r)) + kUnderflow};
+}
+
+int cross_sign(Vec2 a, Vec2 b) { return certain_sign(cross_estimate(a, b)); }
+
+bool boxes_apart(double a, double b, double c, double p, double q) {
+  return std::max({a, b, c}) < std::min(p, q) || std::max(p, q) < std::min({a, b, c});
+}
+
+// Of a triangle with corners at a, c and the origin and a segment from s to t: the lines along w
+// separate them.
+bool line_separates(Vec2 w, Vec2 a, Vec2 c, Vec2 s, Vec2 t) {
+  const Estimate at_a = cross_estimate(w, a), at_c = cross_estimate(w, c);
+  const Estimate at_s = cross_estimate(w, s), at_t = cross_estimate(w, t);
+  const double high = std::max({0.0, at_a.value + at_a.bound, at_c.value + at_c.bound});
+  const double low = std::min({0.0, at_a.value - at_a.bound, at_c.value - at_c.bound});
+  return std::min(at_s.value - at_s.bound, at_t.value - at_t.bound) > high ||
+         std::max(at_s.value + at_s.bound, at_t.value + at_t.bound) < low;
+}
+
+// If two convex figures of the plane do not meet, a line along one of their sides separates them.
+bool shadows_apart(Vec2 a, Vec2 c, Vec2 s, Vec2 t) {
+  return line_separates(t - s, a, c, s, t) || line_separates(a, a, c, s, t) ||
+         line_separates(c, a, c, s, t) || line_separates(c - a, a, c, s, t);
+}
+
+// In the shadow, the ray along d is not among the directions between e1 and e2.
+bool shadow_leaves(Vec2 e1, Vec2 e2, Vec2 d) {
+  const int from1 = cross_sign(e1, d);
+  const int to2 = cross_sign(d, e2);
+  if (same_certain_sign(from1, -to2)) return true;
+  const int turn = cross_sign(e1, e2);
+  return same_certain_sign(turn, -from1) || same_certain_sign(turn, -to2);
+}
+
+// a * b == c * d, exactly. Only called with values that do not overflow; an underflow answers
+// false.
+bool products_equal(double a, double b, double c, double d) {
+  const double left = a * b, right = c * d;
+  if (left != right) return false;
+  if (left == 0) return (a == 0 || b == 0) && (c == 0 || d == 0);
+  if (std::fabs(left) < 1e-250) return false;
+  return std::fma(a, b, -left) == std::fma(c, d, -right);
+}
+
+// The difference a - b where it is exact, not a number where it is not.
+double exact_difference(double a, double b) {
+  const double difference = a - b;
+  const double b_part = a - difference;
+  const double a_part = difference + b_part;
+  const double rest = (a - a_part) + (b_part - b);
+  return rest == 0 ? difference : std::numeric_limits<double>::quiet_NaN();
+}
+
+Vec3 exact_difference(Vec3 a, Vec3 b) {
+  return {exact_difference(a.x, b.x), exact_difference(a.y, b.y), exact_difference(a.z, b.z)};
+}
+
+}  // namespace
+
+bool certainly_apart(const Triangle& triangle, Vec3 from, Vec3 to) {
+  const auto& [a, b, c] = triangle;
+  if (boxes_apart(a.x, b.x, c.x, from.x, to.x) || boxes_apart(a.y, b.y, c.y, from.y, to.y) ||
+      boxes_apart(a.z, b.z, c.z, from.z, to.z)) {
+    return true;
+  }
+  const Vec3 leg1 = a - b, leg2 = c - b;
+  const Vec3 start = from - b, end = to - b;
+  const Estimate start_height = triple_product(leg1, leg2, start);
+  const Estimate end_height = triple_product(leg1, leg2, end);
+  if (same_certain_sign(certain_sign(start_height), certain_sign(end_height))) return true;
+
+  // A line that meets the triangle passes its three sides with one sense of rotation. The three
+  // volumes that tell the senses, of each side and the edge, sum up to the difference of heights.
+  const Estimate side1 = triple_product(start, end, leg1);
+  const Estimate side2 = triple_product(start, end, leg2);
+  const Estimate base{(side1.value - side2.value) - (end_height.value - start_height.value),
+                      (side1.bound + side2.bound) + (end_height.bound + start_height.bound)};
+  const int turn1 = -certain_sign(side1), turn2 = certain_sign(side2), turn3 = certain_sign(base);
+  if (std::max({turn1, turn2, turn3}) > 0 && std::min({turn1, turn2, turn3}) < 0) return true;
+
+  for (const int axis : {0, 1, 2}) {
+    if (shadows_apart(shadow(leg1, axis), shadow(leg2, axis), shadow(start, axis),
+                      shadow(end, axis))) {
+      return true;
+    }
+  }
+  return false;
+}
+
+bool certainly_leaves(Vec3 corner, Vec3 other1, Vec3 other2, Vec3 to) {
+  const Vec3 e1 = other1 - corner;
+  const Vec3 e2 = other2 - corner;
+  const Vec3 d = to - corner;
+  if (certain_sign(triple_product(e1, e2, d)) != 0) return true;
+  if (dot_sign(e1, d) < 0 && dot_sign(e2, d) < 0) return true;
+  for (const int axis : {0, 1, 2}) {
+    if (shadow_leaves(shadow(e1, axis), shadow(e2, axis), shadow(d, axis))) return true;
+  }
+  return false;
+}
+
+Bend bend_at(const Triangle& triangle) {
+  const auto& [a, b, c] = triangle;
+  if (a == b || b == c) return Bend::kStraight;
+  if (a == c) return Bend::kSpike;
+  const Vec3 leg1 = exact_difference(a, b);
+  const Vec3 leg2 = exact_difference(c, b);
+  if (!products_equal(leg1.x, leg2.y, leg1.y, leg2.x) ||
+      !products_equal(leg1.y, leg2.z, leg1.z, leg2.y) ||
+      !products_equal(leg1.z, leg2.x, leg1.x, leg2.z)) {
+    return Bend::kProper;
+  }
+  return lies_between(a, b, c) ? Bend::kStraight : Bend::kSpike;
+}
+
+}  // namespace preprocess
