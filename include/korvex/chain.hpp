@@ -1,0 +1,44 @@
+// korvex::Chain: a polymer's trace in space, with what a reader of its file would want to know.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "korvex/geometry.hpp"
+
+namespace korvex {
+
+// What the file calls one residue, bead or atom of a chain.
+struct Residue {
+  std::int32_t number = 0;    // as in the file; counted from 1 where the file has none
+  char insertion_code = ' ';  // ' ' for none; tells residues of equal number apart
+  std::string name;           // such as "GLY"; empty where the file has none
+
+  friend bool operator==(const Residue&, const Residue&) = default;
+};
+
+// Two neighbours in a chain that lie suspiciously far apart.
+struct Gap {
+  std::size_t after = 0;  // 0-based index of the point before the gap; the next point is after it
+  double length = 0;      // distance of the two points, unit of the chain
+
+  friend bool operator==(const Gap&, const Gap&) = default;
+};
+
+// An ordered list of points in space. A closed chain does not repeat its first point at its end.
+struct Chain {
+  std::vector<Point> points;      // ångström for PDB, mmCIF and GRO, else the unit of the input
+  std::vector<Residue> residues;  // one for each point
+  std::string name;               // chain or molecule identifier; empty where the file has none
+  std::string source;             // the file, or the name that its bytes were given
+  std::int64_t model = 1;         // model number of the file, or its frame counted from 1
+  bool closed = false;            // the last point is joined to the first
+  std::vector<Gap> gaps;          // in chain order; see ReadOptions::gaps
+  std::vector<std::string> warnings;  // one line each, for the user
+
+  friend bool operator==(const Chain&, const Chain&) = default;
+};
+
+}  // namespace korvex

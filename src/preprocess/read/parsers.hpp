@@ -1,0 +1,34 @@
+// The formats: each parser goes through a whole text and hands over what it finds, model by model.
+// A text that breaks its format's rules anywhere throws Error, naming the line.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "korvex/chain.hpp"
+#include "korvex/read.hpp"
+#include "preprocess/read/atom_site.hpp"
+
+namespace korvex::read {
+
+enum class Format { kPdb, kMmcif, kXyz, kPlain };
+
+// Tells the format by the content. Throws Error for binary and unknown content.
+Format detect_format(std::string_view text, const std::string& file);
+
+using ModelSink = std::function<void(Model&&)>;
+using ChainSink = std::function<void(Chain&&)>;
+
+// Formats of atoms with names and residues.
+void parse_pdb(std::string_view text, const std::string& file, const ReadOptions& options,
+               const ModelSink& sink);
+void parse_mmcif(std::string_view text, const std::string& file, const ReadOptions& options,
+                 const ModelSink& sink);
+
+// Formats of points in chain order.
+void parse_xyz(std::string_view text, const std::string& file, const ReadOptions& options,
+               const ChainSink& sink);
+void parse_plain(std::string_view text, const std::string& file, const ChainSink& sink);
+
+}  // namespace korvex::read
