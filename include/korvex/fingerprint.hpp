@@ -1,0 +1,74 @@
+// The knot fingerprint: the knot types of all sub-chains of an open chain.
+//
+// Sources: N. P. King, E. O. Yeates and T. O. Yeates, J. Mol. Biol. 373, 153 (2007), and J. I.
+// Sulkowska, E. J. Rawdon, K. C. Millett, J. N. Onuchic and A. Stasiak, PNAS 109, E1715 (2012), for
+// the matrix of sub-chains; M. L. Mansfield, Nat. Struct. Biol. 1, 213 (1994), for votes over
+// directions of closing.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "korvex/closure.hpp"
+#include "korvex/export.hpp"
+#include "korvex/geometry.hpp"
+#include "korvex/run.hpp"
+
+namespace korvex {
+
+struct FingerprintOptions {
+  Closure closure = Closure::kRays;        // kRays or kTwoPoints
+  Sampling sampling = Sampling::kLattice;  // of the directions
+  std::size_t directions = 100;            // votes for each sub-chain, at least 1
+  std::size_t step = 1;                    // residues from station to station, at least 1
+  // Decide every sub-chain for itself in every direction. The answer is the same; it takes
+  // hundreds of times longer and is there to check the fast way.
+  bool every_sub_chain = false;
+};
+
+// The votes of all sub-chains that begin and end at stations: residues 0, step, 2 step, ... and the
+// last one. A sub-chain is named by the numbers of its stations, begin < end. A value: copies share
+// what they hold and may be read from many threads.
+class KORVEX_API Fingerprint {
+ public:
+  struct Data;
+
+  explicit Fingerprint(std::shared_ptr<const Data> data) : data_(std::move(data)) {}
+
+  // Residue of each station: an index into the chain, 0-based, rising.
+  const std::vector<std::int32_t>& stations() const;
+  // Votes cast for each sub-chain.
+  std::size_t trials() const;
+  // Names of the types that were found; the first is the unknot's, the others follow from the most
+  // to the least frequent.
+  const std::vector<std::string>& types() const;
+  const FingerprintOptions& options() const;
+
+  // Votes for the type with number `type` of the sub-chain from station `begin` to station `end`.
+  std::uint32_t count(std::size_t type, std::size_t begin, std::size_t end) const;
+  // The same as a share of all votes.
+  double share(std::size_t type, std::size_t begin, std::size_t end) const;
+
+  struct Vote {
+    std::size_t type;
+    std::uint32_t count;
+  };
+  // The type with most votes; of several, that which comes first in types().
+  Vote dominant(std::size_t begin, std::size_t end) const;
+
+ private:
+  std::shared_ptr<const Data> data_;
+};
+
+// Fingerprint of `chain`, points in order along the backbone. Throws Error(kInvalidArgument) for
+// coordinates that are no numbers and for options out of range, Error(kCancelled) when stopped. The
+// answer depends on chain, options and run.seed alone. For n stations a direction takes about n^2
+// steps on compact chains; memory grows with the sub-chains that are knotted.
+KORVEX_API Fingerprint fingerprint(std::span<const Point> chain,
+                                   const FingerprintOptions& options = {}, const Run& run = {});
+
+}  // namespace korvex

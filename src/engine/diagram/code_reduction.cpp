@@ -1,0 +1,132 @@
+#include "engine/diagram/code_reduction.hpp"
+
+namespace korvex {
+namespace {
+
+constexpr std::int32_t kGone = -1;
+
+std::size_t at(std::int32_t place) { return static_cast<std::size_t>(place); }
+
+}  // namespace
+
+void CodeReduction::restrict_to(SegmentRange range, const GaussCode& whole, GaussCode& code) {
+  std::size_t from = 0;
+  while (from < whole.size() && whole[from].segment < range.begin) ++from;
+  std::size_t to = whole.size();
+  while (to > from && whole[to - 1].segment >= range.end) --to;
+  moved_.resize(whole.size());
+  code.resize(to - from);
+  std::size_t count = 0;
+  for (std::size_t k = from; k < to; ++k) {
+    const std::size_t mate = at(whole[k].mate);
+    if (mate < from || mate >= to) continue;
+    code[count] = whole[k];
+    if (mate < k) {
+      const std::int32_t earlier = moved_[mate];
+      code[count].mate = earlier;
+      code[at(earlier)].mate = static_cast<std::int32_t>(count);
+    }
+    moved_[k] = static_cast<std::int32_t>(count++);
+  }
+  code.resize(count);
+}
+
+void CodeReduction::reduce(GaussCode& code, SegmentRange core) {
+  link(code, false);
+  pull_back_ends(code);
+  while (!waiting_.empty()) {
+    do_waiting_moves(code, core);
+    pull_back_ends(code);
+  }
+  compact(code);
+}
+
+void CodeReduction::reduce_closed(GaussCode& code) {
+  if (code.empty()) return;
+  link(code, true);
+  do_waiting_moves(code, {});
+  compact(code);
+}
+
+void CodeReduction::link(const GaussCode& code, bool closed) {
+  const std::size_t ring = code.size() + (closed ? 0 : 1);
+  next_.resize(ring);
+  previous_.resize(ring);
+  waiting_.clear();
+  for (std::size_t k = ring; k-- > 0;) {
+    next_[k] = k + 1 == ring ? 0 : static_cast<std::int32_t>(k + 1);
+    previous_[k] = static_cast<std::int32_t>((k == 0 ? ring : k) - 1);
+    waiting_.push_back(static_cast<std::int32_t>(k));
+  }
+}
+
+void CodeReduction::do_waiting_moves(const GaussCode& code, SegmentRange core) {
+  while (!waiting_.empty()) {
+    const std::int32_t place = waiting_.back();
+    waiting_.pop_back();
+    try_moves_at(code, place, core);
+  }
+}
+
+void CodeReduction::take_out(std::int32_t place) {
+  const std::int32_t before = previous_[at(place)];
+  const std::int32_t after = next_[at(place)];
+  next_[at(before)] = after;
+  previous_[at(after)] = before;
+  next_[at(place)] = kGone;
+  waiting_.push_back(before);
+}
+
+void CodeReduction::take_out_crossing(const GaussCode& code, std::int32_t place) {
+  take_out(code[at(place)].mate);
+  take_out(place);
+}
+
+void CodeReduction::try_moves_at(const GaussCode& code, std::int32_t place, SegmentRange core) {
+  const auto sentinel = static_cast<std::int32_t>(code.size());
+  if (place == sentinel || next_[at(place)] == kGone) return;
+  const std::int32_t after = next_[at(place)];
+  if (after == sentinel) return;
+  const Passage& a = code[at(place)];
+  const Passage& b = code[at(after)];
+  if (!core.contains(a.segment) || !core.contains(b.segment)) return;
+  if (a.mate == after) {
+    take_out_crossing(code, place);
+    return;
+  }
+  if (a.over != b.over || a.positive == b.positive) return;
+  if (next_[at(a.mate)] != b.mate && next_[at(b.mate)] != a.mate) return;
+  if (!core.contains(code[at(a.mate)].segment) || !core.contains(code[at(b.mate)].segment)) return;
+  take_out_crossing(code, place);
+  take_out_crossing(code, after);
+}
+
+void CodeReduction::pull_back_ends(const GaussCode& code) {
+  const std::size_t sentinel = code.size();
+  for (const bool from_beginning : {true, false}) {
+    while (true) {
+      const std::int32_t end = from_beginning ? next_[sentinel] : previous_[sentinel];
+      if (at(end) == sentinel || !code[at(end)].over) break;
+      take_out_crossing(code, end);
+    }
+  }
+}
+
+void CodeReduction::compact(GaussCode& code) {
+  const std::size_t size = code.size();
+  moved_.resize(size);
+  std::size_t count = 0;
+  for (std::size_t k = 0; k < size; ++k) {
+    if (next_[k] == kGone) continue;
+    moved_[k] = static_cast<std::int32_t>(count);
+    Passage passage = code[k];
+    if (at(passage.mate) < k) {
+      passage.mate = moved_[at(passage.mate)];
+      code[at(passage.mate)].mate = static_cast<std::int32_t>(count);
+    }
+    code[count++] = passage;
+  }
+  code.resize(count);
+}
+
+}  // namespace korvex

@@ -1,0 +1,34 @@
+// The Gauss code of an open chain seen along a direction, and what may be done to it.
+//
+// The chain stands for the closed curve that both ends make when they are led to infinity towards
+// the viewer and joined there. Seen by the viewer that closing arc passes over everything, so it
+// may run anywhere and is not part of the code: the chain's own crossings fix the knot type, and an
+// end may be pulled back through every crossing in which it passes over. (Both ends under
+// everything would be the under-closure of a knotoid: V. Turaev, Osaka J. Math. 49, 195 (2012).)
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+namespace korvex {
+
+// One passage of the chain through a crossing.
+struct Passage {
+  std::int32_t segment;  // segment of the chain, from point `segment` to the next one, 0-based
+  std::int32_t mate;     // index in the code of the other passage through this crossing
+  bool over;             // nearer to the viewer than its mate
+  bool positive;         // right-handed: the over strand turns counter-clockwise onto the under one
+
+  friend bool operator==(const Passage&, const Passage&) = default;
+};
+
+// Passages in the order of a curve, two for every crossing: from end to end of an open chain, or
+// once round a closed curve from wherever.
+using GaussCode = std::vector<Passage>;
+
+// The code of the closed curve: the closing arc is routed over the fewest strands of the diagram on
+// the sphere and its crossings are inserted, its own passages last. Segments keep their order and,
+// on the arc, their meaning no more. O(length).
+GaussCode closed_over(const GaussCode& code);
+
+}  // namespace korvex

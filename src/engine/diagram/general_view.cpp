@@ -1,0 +1,67 @@
+#include <algorithm>
+#include <cmath>
+#include <string>
+
+#include "engine/diagram/projection.hpp"
+#include "korvex/directions.hpp"
+#include "korvex/error.hpp"
+
+namespace korvex {
+namespace {
+
+void require_finite(std::span<const Point> chain) {
+  constexpr double kLargest = 1e300;
+  for (std::size_t i = 0; i < chain.size(); ++i) {
+    const Point& p = chain[i];
+    if (std::abs(p.x) <= kLargest && std::abs(p.y) <= kLargest && std::abs(p.z) <= kLargest)
+      continue;
+    throw Error(ErrorCode::kInvalidArgument,
+                "point " + std::to_string(i + 1) +
+                    " of the chain has a coordinate that is not a number below 1e300 in size: "
+                    "remove or correct it");
+  }
+}
+
+std::vector<Point> shaken(std::span<const Point> chain, unsigned attempt) {
+  constexpr double kPart = 1e-9;
+  double extent = 0;
+  for (const Point& p : chain) extent = std::max(extent, norm(p - chain[0]));
+  std::vector<Point> moved(chain.begin(), chain.end());
+  for (std::size_t i = 0; i < moved.size(); ++i)
+    moved[i] = moved[i] + kPart * extent * random_direction(attempt, i);
+  return moved;
+}
+
+[[noreturn]] void refuse() {
+  throw Error(ErrorCode::kInvalidArgument,
+              "the chain cannot be projected: its coordinates differ too much in size");
+}
+
+}  // namespace
+
+GeneralView general_view(std::span<const Point> chain, const Point& direction) {
+  require_finite(chain);
+  constexpr unsigned kTurns = 4;
+  constexpr unsigned kShakes = 16;
+  GeneralView view{{chain.begin(), chain.end()}, direction, Projection(chain, direction)};
+  for (unsigned attempt = 0; view.projection.degenerate(); ++attempt) {
+    if (attempt == kTurns + kShakes) refuse();
+    view.direction = nudged(direction, attempt);
+    if (attempt >= kTurns) view.chain = shaken(chain, attempt);
+    view.projection = Projection(view.chain, view.direction);
+  }
+  return view;
+}
+
+GaussCode general_code_led_away(const Projection& projection, std::int32_t vertex,
+                                const Point& onward) {
+  constexpr unsigned kTurns = 20;
+  auto code = projection.code_led_away(vertex, onward);
+  for (unsigned attempt = 0; !code; ++attempt) {
+    if (attempt == kTurns) refuse();
+    code = projection.code_led_away(vertex, nudged(onward, attempt));
+  }
+  return *std::move(code);
+}
+
+}  // namespace korvex

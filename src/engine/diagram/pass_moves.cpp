@@ -1,0 +1,86 @@
+#include "engine/diagram/pass_moves.hpp"
+
+namespace korvex {
+namespace {
+
+std::size_t at(std::int32_t number) { return static_cast<std::size_t>(number); }
+
+}  // namespace
+
+void PassMoves::simplify(GaussCode& code, CodeReduction& reduction) {
+  reduction.reduce_closed(code);
+  while (shorten_some_stretch(code)) reduction.reduce_closed(code);
+}
+
+// Turns the code so that no stretch runs from its end on to its beginning.
+void PassMoves::start_at_a_stretch(GaussCode& code) {
+  std::size_t turn = 0;
+  while (code[turn].over == code.back().over) ++turn;
+  const std::size_t size = code.size();
+  old_.resize(size);
+  for (std::size_t k = 0; k < size; ++k) {
+    Passage& passage = old_[k];
+    passage = code[k + turn < size ? k + turn : k + turn - size];
+    const std::size_t mate = at(passage.mate);
+    passage.mate = static_cast<std::int32_t>(mate >= turn ? mate - turn : mate + size - turn);
+  }
+  std::swap(code, old_);
+}
+
+bool PassMoves::shorten_some_stretch(GaussCode& code) {
+  if (code.empty()) return false;
+  if (code.front().over == code.back().over) start_at_a_stretch(code);
+  diagram_.draw(code, Curve::kClosed);
+  for (std::size_t first = 0, last = 0; first < code.size(); first = last + 1) {
+    last = first;
+    while (last + 1 < code.size() && code[last + 1].over == code[first].over) ++last;
+    const std::size_t length = last - first + 1;
+    const std::size_t behind = last + 1 < code.size() ? last + 1 : 0;
+    const auto way = diagram_.way(first, behind, length - 1, PlaneDiagram::Strands{first, behind});
+    if (!way) continue;
+    lay_anew(code, first, last, *way);
+    return true;
+  }
+  return false;
+}
+
+void PassMoves::lay_anew(GaussCode& code, std::size_t first, std::size_t last,
+                         std::span<const PlaneDiagram::Step> way) {
+  std::swap(old_, code);
+  code.clear();
+  crossed_.assign(old_.size() + 1, -1);
+  for (std::size_t step = 0; step < way.size(); ++step)
+    crossed_[at(way[step].strand)] = static_cast<std::int32_t>(step);
+  place_.resize(old_.size());
+  met_.resize(way.size());
+  const bool over = old_[first].over;
+  const auto next_place = [&] { return static_cast<std::int32_t>(code.size()); };
+  const auto join = [&](std::int32_t a, std::int32_t b) {
+    code[at(a)].mate = b;
+    code[at(b)].mate = a;
+  };
+  std::int32_t stretch = -1;
+  for (std::size_t strand = 0; strand <= old_.size(); ++strand) {
+    if (const std::int32_t step = crossed_[strand]; step >= 0) {
+      met_[at(step)] = next_place();
+      const std::int32_t segment = old_[strand == 0 ? 0 : strand - 1].segment;
+      code.push_back({segment, -1, !over, way[at(step)].left_to_right == over});
+    }
+    if (strand == first) {
+      stretch = next_place();
+      for (const PlaneDiagram::Step& step : way)
+        code.push_back({old_[first].segment, -1, over, step.left_to_right == over});
+    }
+    if (strand == old_.size()) break;
+    const std::size_t mate = at(old_[strand].mate);
+    const auto in_stretch = [&](std::size_t k) { return first <= k && k <= last; };
+    if (in_stretch(strand) || in_stretch(mate)) continue;
+    place_[strand] = next_place();
+    code.push_back(old_[strand]);
+    if (mate < strand) join(place_[mate], place_[strand]);
+  }
+  for (std::size_t step = 0; step < way.size(); ++step)
+    join(stretch + static_cast<std::int32_t>(step), met_[step]);
+}
+
+}  // namespace korvex

@@ -1,0 +1,37 @@
+// Pass moves: a stretch of a closed curve that passes over everything it meets, or under
+// everything, is laid along the way that meets the fewest strands.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "engine/diagram/code_reduction.hpp"
+#include "engine/diagram/gauss_code.hpp"
+#include "engine/diagram/plane_diagram.hpp"
+
+namespace korvex {
+
+// Scratch memory for pass moves: one object a thread.
+class PassMoves {
+ public:
+  // Shortens stretches of a closed curve, and undoes moves I and II, until no stretch can be
+  // shortened: the crossings never become more. About O(length^2) for each move that succeeds.
+  // Segments of the passages lose their meaning.
+  void simplify(GaussCode& code, CodeReduction& reduction);
+
+ private:
+  void start_at_a_stretch(GaussCode& code);
+  bool shorten_some_stretch(GaussCode& code);
+  void lay_anew(GaussCode& code, std::size_t first, std::size_t last,
+                std::span<const PlaneDiagram::Step> way);
+
+  PlaneDiagram diagram_;
+  GaussCode old_;
+  std::vector<std::int32_t> crossed_;  // step of the way across each strand, or -1
+  std::vector<std::int32_t> place_;    // new place of each old passage
+  std::vector<std::int32_t> met_;      // new place of the strand met at each step
+};
+
+}  // namespace korvex

@@ -1,0 +1,124 @@
+// A chain as a viewer sees it: its crossings and its Gauss codes.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "engine/diagram/gauss_code.hpp"
+#include "korvex/geometry.hpp"
+
+namespace korvex {
+
+// The projection of an open chain. Every decision is taken in double precision with a bound on its
+// error: where one is in doubt the view counts as degenerate and there is no code.
+class Projection {
+ public:
+  // Finds all crossings of `chain` (finite points; repeated consecutive ones count once) seen from
+  // far away in `direction` (a unit vector). O(n^2) bounding-box tests of n segments at worst.
+  Projection(std::span<const Point> chain, const Point& direction);
+
+  bool degenerate() const { return degenerate_; }
+
+  // The code of the whole chain. The view must not be degenerate.
+  GaussCode code() const;
+
+  // The code of the chain that ends at `vertex` and goes on straight in direction `onward` until it
+  // has left everything behind; that strand counts as segment `vertex`. Nothing when it is seen
+  // degenerately, as it is when `onward` is the viewer's direction or its opposite.
+  std::optional<GaussCode> code_led_away(std::int32_t vertex, const Point& onward) const;
+
+ private:
+  struct Box {
+    double left = std::numeric_limits<double>::infinity();
+    double right = -left;
+    double bottom = left;
+    double top = -left;
+
+    void include(const Box& other);
+    bool meets(const Box& other) const;
+  };
+
+  // A vertex in the viewer's frame: x to the right, y up, height towards the viewer.
+  struct Vertex {
+    double x;
+    double y;
+    double height;
+  };
+
+  struct Segment {
+    Vertex from;
+    Vertex to;
+  };
+
+  // A crossing of two segments, at the given parts of their lengths.
+  struct Meeting {
+    std::int32_t first;
+    std::int32_t second;
+    double at_first;
+    double at_second;
+    double error;  // of both
+    bool first_over;
+    bool positive;
+  };
+
+  // A passage through a crossing, on its way into the order of the chain.
+  struct Placed {
+    std::int32_t segment;
+    std::int32_t meeting;
+    double at;
+    double error;
+    bool is_first;
+  };
+
+  enum class Pair { kApart, kCross, kDegenerate };
+
+  void look_at(std::span<const Point> chain, const Point& direction);
+  Box box_of(const Segment& segment) const;
+  void bound_segments();
+  Segment segment(std::size_t index) const { return {vertices_[index], vertices_[index + 1]}; }
+  std::size_t segments() const { return original_.size(); }
+  bool find_meetings(const Segment& with, std::size_t second, std::size_t before,
+                     std::vector<Meeting>& meetings) const;
+  Pair test(const Segment& a, const Segment& b, Meeting& meeting) const;
+  bool sort_passages();
+  static bool well_apart(const std::vector<Placed>& placed);
+  GaussCode coded(const std::vector<Placed>& placed, const std::vector<Meeting>& more,
+                  std::int32_t last_segment) const;
+
+  std::array<Point, 3> frame_;          // right, up, towards the viewer
+  std::vector<Vertex> vertices_;        // without repetitions
+  std::vector<std::int32_t> original_;  // number in the chain of each segment kept
+  std::vector<std::int32_t> kept_;      // vertex kept for each of the chain
+  double reach_ = 0;                    // no coordinate in the plane is larger
+  double depth_ = 0;                    // no height is larger
+  std::vector<Box> boxes_;              // of segments
+  std::vector<Box> blocks_;             // of blocks of segments
+  std::vector<Meeting> meetings_;       // by second segment, then by first
+  std::vector<Placed> placed_;          // in order of the chain
+  bool degenerate_ = false;
+};
+
+// A chain, a direction along which its view is not degenerate, and that view.
+struct GeneralView {
+  std::vector<Point> chain;
+  Point direction;
+  Projection projection;
+};
+
+// The given chain and direction where their view is not degenerate. Where it is, the direction is
+// turned by about 1e-5 rad, and where that does not help (the chain touches itself) the points are
+// moved as well, by about 1e-9 of the chain's extent: the answer is then that of a chain nearby.
+// Throws Error(kInvalidArgument) when a coordinate is not finite.
+GeneralView general_view(std::span<const Point> chain, const Point& direction);
+
+// The code of the projected chain cut at `vertex` and led away in direction `onward`, which is
+// turned by about 1e-5 rad where it is seen degenerately.
+GaussCode general_code_led_away(const Projection& projection, std::int32_t vertex,
+                                const Point& onward);
+
+}  // namespace korvex

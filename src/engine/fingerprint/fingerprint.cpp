@@ -1,0 +1,181 @@
+#include "korvex/fingerprint.hpp"
+
+#include <algorithm>
+#include <numeric>
+#include <utility>
+
+#include "engine/diagram/projection.hpp"
+#include "engine/fingerprint/fingerprint_data.hpp"
+#include "engine/run/parallel.hpp"
+#include "korvex/error.hpp"
+
+namespace korvex {
+namespace {
+
+// One worker's share of the votes.
+struct Worker {
+  Worker(std::span<const std::int32_t> stations, CodeTypes& shared, std::stop_token stop)
+      : classes(stations, std::move(stop)), types(shared), counts(stations.size()) {}
+
+  void count(Stations begins, Stations ends, std::int32_t type) {
+    if (type != kUnknotNumber) counts.add(type, begins, ends);
+  }
+
+  SubChainClasses classes;
+  WorkerCodeTypes types;
+  TypeCounts counts;
+};
+
+class Computation {
+ public:
+  Computation(const Identification& identify, std::span<const Point> chain,
+              const FingerprintOptions& options, const Run& run)
+      : chain_(chain), options_(options), run_(run), types_(identify) {
+    check();
+    place_stations();
+    ends_ = sampled_ends(options.closure, options.sampling, options.directions, run.seed);
+  }
+
+  Fingerprint compute() {
+    std::vector<Worker> workers;
+    const unsigned count = worker_count(run_, ends_.size());
+    workers.reserve(count);
+    for (unsigned k = 0; k < count; ++k) workers.emplace_back(stations_, types_, run_.stop);
+    for_each_piece(run_, ends_.size(), [&](std::size_t trial, unsigned worker) {
+      vote(ends_[trial], workers[worker]);
+    });
+    return collected(workers);
+  }
+
+ private:
+  void check() const {
+    const auto refuse = [](const char* what) { throw Error(ErrorCode::kInvalidArgument, what); };
+    if (!is_sampled(options_.closure))
+      refuse("a fingerprint closes its sub-chains by rays or by two points: choose one of them");
+    if (options_.directions == 0) refuse("a fingerprint needs at least 1 direction");
+    if (options_.step == 0) refuse("the step of a fingerprint must be at least 1 residue");
+  }
+
+  void place_stations() {
+    for (std::size_t residue = 0; residue < chain_.size(); residue += options_.step)
+      stations_.push_back(static_cast<std::int32_t>(residue));
+    const auto last = static_cast<std::int32_t>(chain_.size()) - 1;
+    if (!stations_.empty() && stations_.back() != last) stations_.push_back(last);
+  }
+
+  void vote(const Ends& ends, Worker& worker) const {
+    const GeneralView view = general_view(chain_, ends.first);
+    if (options_.every_sub_chain) {
+      vote_one_by_one(view, ends, worker);
+    } else if (options_.closure == Closure::kRays) {
+      const auto count = [&](Stations begins, Stations last, const GaussCode& code) {
+        worker.count(begins, last, worker.types.number_of_open(code));
+      };
+      worker.classes.visit_triangle(view.projection.code(), count);
+    } else {
+      vote_by_columns(view, ends, worker);
+    }
+  }
+
+  void vote_by_columns(const GeneralView& view, const Ends& ends, Worker& worker) const {
+    const auto count = [&](Stations begins, Stations last, const GaussCode& code) {
+      worker.count(begins, last, worker.types.number_of_open(code));
+    };
+    for (std::size_t end = 1; end < stations_.size(); ++end)
+      worker.classes.visit_column(general_code_led_away(view.projection, stations_[end], ends.last),
+                                  static_cast<std::int32_t>(end), count);
+  }
+
+  void vote_one_by_one(const GeneralView& view, const Ends& ends, Worker& worker) const {
+    for (std::int32_t begin = 0; begin < station_count(); ++begin) {
+      for (std::int32_t end = begin + 1; end < station_count(); ++end) {
+        throw_if_cancelled(run_);
+        const std::int32_t from = residue(begin);
+        const std::int32_t length = residue(end) - from;
+        const Projection projection(
+            std::span(view.chain)
+                .subspan(static_cast<std::size_t>(from), static_cast<std::size_t>(length) + 1),
+            view.direction);
+        const GaussCode code = options_.closure == Closure::kRays
+                                   ? projection.code()
+                                   : general_code_led_away(projection, length, ends.last);
+        const std::int32_t type = worker.types.number_of_closed(closed_over(code));
+        worker.count({begin, begin}, {end, end}, type);
+      }
+    }
+  }
+
+  // Types in the order of their counts, so that it does not matter which worker found which first.
+  Fingerprint collected(const std::vector<Worker>& workers) {
+    const std::vector<std::string>& names = types_.names();
+    std::vector<std::int32_t> same(names.size());
+    std::iota(same.begin(), same.end(), 0);
+    TypeCounts all(stations_.size());
+    for (const Worker& worker : workers) all.add(worker.counts, same);
+    std::vector<std::uint64_t> totals(names.size());
+    for (std::size_t type = 0; type < names.size(); ++type) totals[type] = all.total(type);
+    std::vector<std::int32_t> order = same;
+    std::sort(order.begin() + 1, order.end(), [&](std::int32_t a, std::int32_t b) {
+      const auto x = static_cast<std::size_t>(a);
+      const auto y = static_cast<std::size_t>(b);
+      return totals[x] != totals[y] ? totals[x] > totals[y] : names[x] < names[y];
+    });
+    auto data = std::make_shared<Fingerprint::Data>(
+        Fingerprint::Data{options_, std::move(stations_), {}, TypeCounts(0)});
+    std::vector<std::int32_t> renamed(names.size());
+    for (std::size_t rank = 0; rank < order.size(); ++rank) {
+      const auto type = static_cast<std::size_t>(order[rank]);
+      renamed[type] = static_cast<std::int32_t>(rank);
+      data->types.push_back(names[type]);
+    }
+    data->counts = TypeCounts(data->stations.size());
+    data->counts.add(all, renamed);
+    return Fingerprint(std::move(data));
+  }
+
+  std::int32_t station_count() const { return static_cast<std::int32_t>(stations_.size()); }
+  std::int32_t residue(std::int32_t station) const {
+    return stations_[static_cast<std::size_t>(station)];
+  }
+
+  const std::span<const Point> chain_;
+  const FingerprintOptions options_;
+  const Run& run_;
+  CodeTypes types_;
+  std::vector<std::int32_t> stations_;
+  std::vector<Ends> ends_;
+};
+
+}  // namespace
+
+const std::vector<std::int32_t>& Fingerprint::stations() const { return data_->stations; }
+std::size_t Fingerprint::trials() const { return data_->options.directions; }
+const std::vector<std::string>& Fingerprint::types() const { return data_->types; }
+const FingerprintOptions& Fingerprint::options() const { return data_->options; }
+
+std::uint32_t Fingerprint::count(std::size_t type, std::size_t begin, std::size_t end) const {
+  if (type != 0) return data_->counts.count(type, begin, end);
+  auto unknots = static_cast<std::uint32_t>(trials());
+  for (std::size_t other = 1; other < types().size(); ++other)
+    unknots -= data_->counts.count(other, begin, end);
+  return unknots;
+}
+
+double Fingerprint::share(std::size_t type, std::size_t begin, std::size_t end) const {
+  return static_cast<double>(count(type, begin, end)) / static_cast<double>(trials());
+}
+
+Fingerprint::Vote Fingerprint::dominant(std::size_t begin, std::size_t end) const {
+  Vote best{0, count(0, begin, end)};
+  for (std::size_t type = 1; type < types().size(); ++type)
+    if (const std::uint32_t votes = count(type, begin, end); votes > best.count)
+      best = {type, votes};
+  return best;
+}
+
+Fingerprint fingerprint_with(const Identification& identify, std::span<const Point> chain,
+                             const FingerprintOptions& options, const Run& run) {
+  return Computation(identify, chain, options, run).compute();
+}
+
+}  // namespace korvex

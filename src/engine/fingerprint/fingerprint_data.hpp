@@ -1,0 +1,25 @@
+// What a Fingerprint holds, and its computation with any identification.
+#pragma once
+
+#include <span>
+#include <string>
+#include <vector>
+
+#include "engine/fingerprint/type_counts.hpp"
+#include "engine/identify/code_types.hpp"
+#include "korvex/fingerprint.hpp"
+
+namespace korvex {
+
+struct Fingerprint::Data {
+  FingerprintOptions options;
+  std::vector<std::int32_t> stations;
+  std::vector<std::string> types;
+  TypeCounts counts;  // of all types but the first
+};
+
+// As the public function, with another identification of reduced diagrams.
+Fingerprint fingerprint_with(const Identification& identify, std::span<const Point> chain,
+                             const FingerprintOptions& options, const Run& run);
+
+}  // namespace korvex

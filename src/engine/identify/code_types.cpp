@@ -1,0 +1,59 @@
+#include "engine/identify/code_types.hpp"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+namespace korvex {
+namespace {
+
+// Bytes that are equal for codes that differ in their segments alone.
+void write_key(const GaussCode& code, std::string& key) {
+  key.resize(code.size() * sizeof(std::uint32_t));
+  for (std::size_t k = 0; k < code.size(); ++k) {
+    const std::uint32_t word = static_cast<std::uint32_t>(code[k].mate) << 2 |
+                               static_cast<std::uint32_t>(code[k].over) << 1 |
+                               static_cast<std::uint32_t>(code[k].positive);
+    std::memcpy(key.data() + k * sizeof word, &word, sizeof word);
+  }
+}
+
+}  // namespace
+
+std::int32_t CodeTypes::number_named(const std::string& name) {
+  const auto found = std::find(names_.begin(), names_.end(), name);
+  const auto number = static_cast<std::int32_t>(found - names_.begin());
+  if (found == names_.end()) names_.push_back(name);
+  return number;
+}
+
+std::int32_t CodeTypes::number_of(const GaussCode& closed) {
+  constexpr std::size_t kFewestKnottedPassages = 6;
+  if (closed.size() < kFewestKnottedPassages) return kUnknotNumber;
+  std::string key;
+  write_key(closed, key);
+  {
+    const std::lock_guard lock(mutex_);
+    if (const auto found = numbers_.find(key); found != numbers_.end()) return found->second;
+  }
+  const std::string name = identify_(closed);
+  const std::lock_guard lock(mutex_);
+  return numbers_.try_emplace(std::move(key), number_named(name)).first->second;
+}
+
+std::int32_t WorkerCodeTypes::number_of_open(const GaussCode& reduced) {
+  constexpr std::size_t kFewestKnottedPassages = 4;
+  if (reduced.size() < kFewestKnottedPassages) return kUnknotNumber;
+  write_key(reduced, key_);
+  if (const auto found = numbers_.find(key_); found != numbers_.end()) return found->second;
+  const std::int32_t number = number_of_closed(closed_over(reduced));
+  numbers_.emplace(key_, number);
+  return number;
+}
+
+std::int32_t WorkerCodeTypes::number_of_closed(GaussCode code) {
+  pass_moves_.simplify(code, reduction_);
+  return shared_.number_of(code);
+}
+
+}  // namespace korvex

@@ -1,0 +1,67 @@
+// The knot types of reduced diagrams, each decided once.
+//
+// Diagrams of one chain's sub-chains and closures repeat: a reduced code is looked up first among
+// those of this worker, then, once pass moves have brought it to its fewest crossings, among those
+// of all workers. What is left is handed to the identification.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <mutex>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "engine/diagram/code_reduction.hpp"
+#include "engine/diagram/gauss_code.hpp"
+#include "engine/diagram/pass_moves.hpp"
+
+namespace korvex {
+
+// The number of the unknot among the types of a CodeTypes.
+inline constexpr std::int32_t kUnknotNumber = 0;
+
+// Name of the knot type of the closed curve with the given code, of at least 3 crossings. A pure
+// function, called from many threads at once.
+using Identification = std::function<std::string(const GaussCode& closed)>;
+
+// What the workers share: numbers for types, in order of their being found.
+class CodeTypes {
+ public:
+  explicit CodeTypes(Identification identify) : identify_(std::move(identify)), names_{"0_1"} {}
+
+  // Of a closed code that pass moves leave as it is. Any thread.
+  std::int32_t number_of(const GaussCode& closed);
+
+  // Names by number. Not while other threads ask for numbers.
+  const std::vector<std::string>& names() const { return names_; }
+
+ private:
+  std::int32_t number_named(const std::string& name);
+
+  const Identification identify_;
+  std::mutex mutex_;
+  std::unordered_map<std::string, std::int32_t> numbers_;  // by code
+  std::vector<std::string> names_;
+};
+
+// One worker's view of them.
+class WorkerCodeTypes {
+ public:
+  explicit WorkerCodeTypes(CodeTypes& shared) : shared_(shared) {}
+
+  // The number of the type that an open code has when both ends are led to the viewer.
+  std::int32_t number_of_open(const GaussCode& reduced);
+  // The number of the type of a closed code.
+  std::int32_t number_of_closed(GaussCode code);
+
+ private:
+  CodeTypes& shared_;
+  CodeReduction reduction_;
+  PassMoves pass_moves_;
+  std::string key_;
+  std::unordered_map<std::string, std::int32_t> numbers_;  // by open code
+};
+
+}  // namespace korvex
