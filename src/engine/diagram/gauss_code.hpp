@@ -12,6 +12,8 @@
 
 namespace korvex {
 
+enum class Curve { kOpen, kClosed };
+
 // One passage of the chain through a crossing.
 struct Passage {
   std::int32_t segment;  // segment of the chain, from point `segment` to the next one, 0-based

@@ -9,19 +9,6 @@
 namespace korvex {
 namespace {
 
-void require_finite(std::span<const Point> chain) {
-  constexpr double kLargest = 1e300;
-  for (std::size_t i = 0; i < chain.size(); ++i) {
-    const Point& p = chain[i];
-    if (std::abs(p.x) <= kLargest && std::abs(p.y) <= kLargest && std::abs(p.z) <= kLargest)
-      continue;
-    throw Error(ErrorCode::kInvalidArgument,
-                "point " + std::to_string(i + 1) +
-                    " of the chain has a coordinate that is not a number below 1e300 in size: "
-                    "remove or correct it");
-  }
-}
-
 std::vector<Point> shaken(std::span<const Point> chain, unsigned attempt) {
   constexpr double kPart = 1e-9;
   double extent = 0;
@@ -39,16 +26,29 @@ std::vector<Point> shaken(std::span<const Point> chain, unsigned attempt) {
 
 }  // namespace
 
-GeneralView general_view(std::span<const Point> chain, const Point& direction) {
-  require_finite(chain);
+void require_usable(std::span<const Point> chain) {
+  constexpr double kLargest = 1e300;
+  for (std::size_t i = 0; i < chain.size(); ++i) {
+    const Point& p = chain[i];
+    if (std::abs(p.x) <= kLargest && std::abs(p.y) <= kLargest && std::abs(p.z) <= kLargest)
+      continue;
+    throw Error(ErrorCode::kInvalidArgument,
+                "point " + std::to_string(i + 1) +
+                    " of the chain has a coordinate that is not a number below 1e300 in size: "
+                    "remove or correct it");
+  }
+}
+
+GeneralView general_view(std::span<const Point> chain, const Point& direction, Curve curve) {
+  require_usable(chain);
   constexpr unsigned kTurns = 4;
   constexpr unsigned kShakes = 16;
-  GeneralView view{{chain.begin(), chain.end()}, direction, Projection(chain, direction)};
+  GeneralView view{{chain.begin(), chain.end()}, direction, Projection(chain, direction, curve)};
   for (unsigned attempt = 0; view.projection.degenerate(); ++attempt) {
     if (attempt == kTurns + kShakes) refuse();
     view.direction = nudged(direction, attempt);
     if (attempt >= kTurns) view.chain = shaken(chain, attempt);
-    view.projection = Projection(view.chain, view.direction);
+    view.projection = Projection(view.chain, view.direction, curve);
   }
   return view;
 }

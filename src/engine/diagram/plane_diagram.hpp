@@ -11,8 +11,6 @@
 
 namespace korvex {
 
-enum class Curve { kOpen, kClosed };
-
 // The diagram of a code of n passages, on the sphere. Strand k runs from passage k-1 to passage k:
 // of an open chain there are n+1, the first and the last of which hold its ends; of a closed curve
 // there are n, the first of which comes from the last passage. A dart is a strand with a sense: 2k

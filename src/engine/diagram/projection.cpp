@@ -47,31 +47,40 @@ bool Projection::Box::meets(const Box& other) const {
          (other.bottom <= top);
 }
 
-Projection::Projection(std::span<const Point> chain, const Point& direction) {
-  look_at(chain, direction);
+Projection::Projection(std::span<const Point> chain, const Point& direction, Curve curve) {
+  look_at(chain, direction, curve);
   bound_segments();
-  for (std::size_t second = 2; second < segments() && !degenerate_; ++second)
-    degenerate_ = !find_meetings(segment(second), second, second - 1, meetings_);
+  for (std::size_t second = 2; second < segments() && !degenerate_; ++second) {
+    const bool meets_first = curve == Curve::kClosed && second + 1 == segments();
+    degenerate_ = !find_meetings(second, {meets_first ? 1u : 0u, second - 1});
+  }
   degenerate_ = degenerate_ || !sort_passages();
 }
 
-void Projection::look_at(std::span<const Point> chain, const Point& direction) {
+void Projection::look_at(std::span<const Point> chain, const Point& direction, Curve curve) {
   const auto [right, up] = frame_about(direction);
   frame_ = {right, up, direction};
   const double scale = unit_scale(chain);
-  vertices_.reserve(chain.size());
+  vertices_.reserve(chain.size() + 1);
   kept_.reserve(chain.size());
   original_.reserve(chain.size());
+  const auto add = [&](const Point& point) {
+    const Point p = scale * (point - chain[0]);
+    const Vertex vertex{dot(right, p), dot(up, p), dot(direction, p)};
+    reach_ = std::max({reach_, std::abs(vertex.x), std::abs(vertex.y)});
+    depth_ = std::max(depth_, std::abs(vertex.height));
+    vertices_.push_back(vertex);
+  };
   for (std::size_t i = 0; i < chain.size(); ++i) {
     if (i == 0 || chain[i] != chain[i - 1]) {
       if (i > 0) original_.push_back(static_cast<std::int32_t>(i - 1));
-      const Point p = scale * (chain[i] - chain[0]);
-      const Vertex vertex{dot(right, p), dot(up, p), dot(direction, p)};
-      reach_ = std::max({reach_, std::abs(vertex.x), std::abs(vertex.y)});
-      depth_ = std::max(depth_, std::abs(vertex.height));
-      vertices_.push_back(vertex);
+      add(chain[i]);
     }
     kept_.push_back(static_cast<std::int32_t>(vertices_.size()) - 1);
+  }
+  if (curve == Curve::kClosed && !chain.empty() && chain.back() != chain.front()) {
+    original_.push_back(static_cast<std::int32_t>(chain.size()) - 1);
+    add(chain.front());
   }
 }
 
@@ -92,17 +101,20 @@ void Projection::bound_segments() {
   }
 }
 
-// Appends the meetings of a segment, numbered `second`, with those before `before`; false when one
-// is degenerate.
-bool Projection::find_meetings(const Segment& with, std::size_t second, std::size_t before,
+// Appends the meetings of a segment of the chain with others of it; false when one is degenerate.
+bool Projection::find_meetings(std::size_t second, Range others) {
+  return find_meetings(segment(second), second, others, meetings_);
+}
+
+bool Projection::find_meetings(const Segment& with, std::size_t second, Range others,
                                std::vector<Meeting>& meetings) const {
   const Box box = box_of(with);
   Meeting meeting;
   meeting.second = static_cast<std::int32_t>(second);
-  for (std::size_t block = 0; block * kBlock < before; ++block) {
+  for (std::size_t block = others.begin / kBlock; block * kBlock < others.end; ++block) {
     if (!blocks_[block].meets(box)) continue;
-    const std::size_t end = std::min(before, (block + 1) * kBlock);
-    for (std::size_t first = block * kBlock; first < end; ++first) {
+    const std::size_t end = std::min(others.end, (block + 1) * kBlock);
+    for (std::size_t first = std::max(others.begin, block * kBlock); first < end; ++first) {
       if (!boxes_[first].meets(box)) continue;
       const Pair pair = test(segment(first), with, meeting);
       if (pair == Pair::kDegenerate) return false;
@@ -214,7 +226,7 @@ std::optional<GaussCode> Projection::code_led_away(std::int32_t vertex, const Po
   const auto strand_number = static_cast<std::int32_t>(segments());
 
   std::vector<Meeting> meetings;
-  if (end > 0 && !find_meetings(strand, at(strand_number), at(end) - 1, meetings))
+  if (end > 0 && !find_meetings(strand, at(strand_number), {0, at(end) - 1}, meetings))
     return std::nullopt;
   std::vector<Placed> on_chain;
   std::vector<Placed> on_strand;

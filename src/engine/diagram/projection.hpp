@@ -14,13 +14,14 @@
 
 namespace korvex {
 
-// The projection of an open chain. Every decision is taken in double precision with a bound on its
+// The projection of a chain. Every decision is taken in double precision with a bound on its
 // error: where one is in doubt the view counts as degenerate and there is no code.
 class Projection {
  public:
   // Finds all crossings of `chain` (finite points; repeated consecutive ones count once) seen from
-  // far away in `direction` (a unit vector). O(n^2) bounding-box tests of n segments at worst.
-  Projection(std::span<const Point> chain, const Point& direction);
+  // far away in `direction` (a unit vector). A closed curve has a segment more, from the last point
+  // to the first. O(n^2) bounding-box tests of n segments at worst.
+  Projection(std::span<const Point> chain, const Point& direction, Curve curve = Curve::kOpen);
 
   bool degenerate() const { return degenerate_; }
 
@@ -55,6 +56,12 @@ class Projection {
     Vertex to;
   };
 
+  // Segments begin..end-1.
+  struct Range {
+    std::size_t begin;
+    std::size_t end;
+  };
+
   // A crossing of two segments, at the given parts of their lengths.
   struct Meeting {
     std::int32_t first;
@@ -77,12 +84,13 @@ class Projection {
 
   enum class Pair { kApart, kCross, kDegenerate };
 
-  void look_at(std::span<const Point> chain, const Point& direction);
+  void look_at(std::span<const Point> chain, const Point& direction, Curve curve);
   Box box_of(const Segment& segment) const;
   void bound_segments();
   Segment segment(std::size_t index) const { return {vertices_[index], vertices_[index + 1]}; }
   std::size_t segments() const { return original_.size(); }
-  bool find_meetings(const Segment& with, std::size_t second, std::size_t before,
+  bool find_meetings(std::size_t second, Range others);
+  bool find_meetings(const Segment& with, std::size_t second, Range others,
                      std::vector<Meeting>& meetings) const;
   Pair test(const Segment& a, const Segment& b, Meeting& meeting) const;
   bool sort_passages();
@@ -103,6 +111,9 @@ class Projection {
   bool degenerate_ = false;
 };
 
+// Throws Error(kInvalidArgument) when a coordinate is not a number below 1e300 in size.
+void require_usable(std::span<const Point> chain);
+
 // A chain, a direction along which its view is not degenerate, and that view.
 struct GeneralView {
   std::vector<Point> chain;
@@ -113,8 +124,9 @@ struct GeneralView {
 // The given chain and direction where their view is not degenerate. Where it is, the direction is
 // turned by about 1e-5 rad, and where that does not help (the chain touches itself) the points are
 // moved as well, by about 1e-9 of the chain's extent: the answer is then that of a chain nearby.
-// Throws Error(kInvalidArgument) when a coordinate is not finite.
-GeneralView general_view(std::span<const Point> chain, const Point& direction);
+// Throws Error(kInvalidArgument) for a chain that is not usable.
+GeneralView general_view(std::span<const Point> chain, const Point& direction,
+                         Curve curve = Curve::kOpen);
 
 // The code of the projected chain cut at `vertex` and led away in direction `onward`, which is
 // turned by about 1e-5 rad where it is seen degenerately.

@@ -69,7 +69,7 @@ class Computation {
       vote_one_by_one(view, ends, worker);
     } else if (options_.closure == Closure::kRays) {
       const auto count = [&](Stations begins, Stations last, const GaussCode& code) {
-        worker.count(begins, last, worker.types.number_of_open(code));
+        worker.count(begins, last, worker.types.of_open(code).number);
       };
       worker.classes.visit_triangle(view.projection.code(), count);
     } else {
@@ -79,7 +79,7 @@ class Computation {
 
   void vote_by_columns(const GeneralView& view, const Ends& ends, Worker& worker) const {
     const auto count = [&](Stations begins, Stations last, const GaussCode& code) {
-      worker.count(begins, last, worker.types.number_of_open(code));
+      worker.count(begins, last, worker.types.of_open(code).number);
     };
     for (std::size_t end = 1; end < stations_.size(); ++end)
       worker.classes.visit_column(general_code_led_away(view.projection, stations_[end], ends.last),
@@ -99,7 +99,7 @@ class Computation {
         const GaussCode code = options_.closure == Closure::kRays
                                    ? projection.code()
                                    : general_code_led_away(projection, length, ends.last);
-        const std::int32_t type = worker.types.number_of_closed(closed_over(code));
+        const std::int32_t type = worker.types.of_closed(closed_over(code)).number;
         worker.count({begin, begin}, {end, end}, type);
       }
     }

@@ -41,19 +41,19 @@ std::int32_t CodeTypes::number_of(const GaussCode& closed) {
   return numbers_.try_emplace(std::move(key), number_named(name)).first->second;
 }
 
-std::int32_t WorkerCodeTypes::number_of_open(const GaussCode& reduced) {
+CodeType WorkerCodeTypes::of_open(const GaussCode& reduced) {
   constexpr std::size_t kFewestKnottedPassages = 4;
-  if (reduced.size() < kFewestKnottedPassages) return kUnknotNumber;
+  if (reduced.size() < kFewestKnottedPassages) return {};
   write_key(reduced, key_);
-  if (const auto found = numbers_.find(key_); found != numbers_.end()) return found->second;
-  const std::int32_t number = number_of_closed(closed_over(reduced));
-  numbers_.emplace(key_, number);
-  return number;
+  if (const auto found = types_.find(key_); found != types_.end()) return found->second;
+  const CodeType type = of_closed(closed_over(reduced));
+  types_.emplace(key_, type);
+  return type;
 }
 
-std::int32_t WorkerCodeTypes::number_of_closed(GaussCode code) {
+CodeType WorkerCodeTypes::of_closed(GaussCode code) {
   pass_moves_.simplify(code, reduction_);
-  return shared_.number_of(code);
+  return {shared_.number_of(code), static_cast<std::int32_t>(code.size() / 2)};
 }
 
 }  // namespace korvex

@@ -26,6 +26,12 @@ inline constexpr std::int32_t kUnknotNumber = 0;
 // function, called from many threads at once.
 using Identification = std::function<std::string(const GaussCode& closed)>;
 
+// A type's number, and the crossings of the diagram that showed it after all moves.
+struct CodeType {
+  std::int32_t number = kUnknotNumber;
+  std::int32_t crossings = 0;
+};
+
 // What the workers share: numbers for types, in order of their being found.
 class CodeTypes {
  public:
@@ -51,17 +57,17 @@ class WorkerCodeTypes {
  public:
   explicit WorkerCodeTypes(CodeTypes& shared) : shared_(shared) {}
 
-  // The number of the type that an open code has when both ends are led to the viewer.
-  std::int32_t number_of_open(const GaussCode& reduced);
-  // The number of the type of a closed code.
-  std::int32_t number_of_closed(GaussCode code);
+  // The type that a reduced open code has when both ends are led to the viewer.
+  CodeType of_open(const GaussCode& reduced);
+  // The type of a closed code.
+  CodeType of_closed(GaussCode code);
 
  private:
   CodeTypes& shared_;
   CodeReduction reduction_;
   PassMoves pass_moves_;
   std::string key_;
-  std::unordered_map<std::string, std::int32_t> numbers_;  // by open code
+  std::unordered_map<std::string, CodeType> types_;  // by open code
 };
 
 }  // namespace korvex

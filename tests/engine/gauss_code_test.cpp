@@ -1,0 +1,228 @@
+#include "engine/diagram/gauss_code.hpp"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+
+#include "engine/diagram/code_reduction.hpp"
+#include "engine/diagram/plane_diagram.hpp"
+#include "engine/diagram/projection.hpp"
+#include "korvex/directions.hpp"
+#include "korvex/error.hpp"
+
+namespace korvex {
+namespace {
+
+// A right-handed trefoil, cut open between two of its crossings as seen along z.
+std::vector<Point> open_trefoil(int points = 40) {
+  std::vector<Point> chain;
+  for (int i = 0; i <= points; ++i) {
+    const double t = 2 * 3.14159265358979 * (i + 0.35) / (points + 1);
+    chain.push_back(
+        {std::sin(t) + 2 * std::sin(2 * t), std::cos(t) - 2 * std::cos(2 * t), std::sin(3 * t)});
+  }
+  return chain;
+}
+
+std::vector<Point> random_walk(unsigned seed, int steps) {
+  std::mt19937 generator(seed);
+  std::normal_distribution<double> normal;
+  std::vector<Point> chain{{0, 0, 0}};
+  for (int i = 0; i < steps; ++i) {
+    const Point step{normal(generator), normal(generator), normal(generator)};
+    chain.push_back(chain.back() + step);
+  }
+  return chain;
+}
+
+std::optional<GaussCode> open_code(std::span<const Point> chain, const Point& direction) {
+  const Projection projection(chain, direction);
+  if (projection.degenerate()) return std::nullopt;
+  return projection.code();
+}
+
+GaussCode general_open_code(std::span<const Point> chain, const Point& direction) {
+  return general_view(chain, direction).projection.code();
+}
+
+GaussCode reduced(GaussCode code) {
+  CodeReduction().reduce(code);
+  return code;
+}
+
+void expect_well_formed(const GaussCode& code) {
+  for (std::size_t k = 0; k < code.size(); ++k) {
+    const auto mate = static_cast<std::size_t>(code[k].mate);
+    ASSERT_LT(mate, code.size());
+    EXPECT_EQ(static_cast<std::size_t>(code[mate].mate), k);
+    EXPECT_NE(code[mate].over, code[k].over);
+    EXPECT_EQ(code[mate].positive, code[k].positive);
+    if (k > 0) {
+      EXPECT_LE(code[k - 1].segment, code[k].segment);
+    }
+  }
+}
+
+// A diagram of one component on the sphere has two faces more than crossings.
+std::size_t faces_of_closed(const GaussCode& code) {
+  PlaneDiagram diagram;
+  diagram.draw(code, Curve::kClosed);
+  return diagram.faces();
+}
+
+TEST(OpenCode, OfATrefoilSeenAlongItsAxisHasThreePositiveCrossings) {
+  const auto code = open_code(open_trefoil(), {0, 0, 1});
+  ASSERT_TRUE(code);
+  expect_well_formed(*code);
+  ASSERT_EQ(code->size(), 6u);
+  for (std::size_t k = 0; k < 6; ++k) {
+    const bool positive = (*code)[k].positive;
+    EXPECT_EQ(positive, (*code)[0].positive);
+    if (k > 0) {
+      EXPECT_NE((*code)[k].over, (*code)[k - 1].over);
+    }
+  }
+}
+
+TEST(OpenCode, OfTheMirrorImageHasOppositeSigns) {
+  auto chain = random_walk(4, 60);
+  const auto code = open_code(chain, {0, 0, 1});
+  for (Point& p : chain) p.x = -p.x;
+  const auto mirrored = open_code(chain, {0, 0, 1});
+  ASSERT_TRUE(code && mirrored);
+  ASSERT_EQ(code->size(), mirrored->size());
+  for (std::size_t k = 0; k < code->size(); ++k) {
+    EXPECT_EQ((*code)[k].over, (*mirrored)[k].over);
+    EXPECT_NE((*code)[k].positive, (*mirrored)[k].positive);
+    EXPECT_EQ((*code)[k].mate, (*mirrored)[k].mate);
+  }
+}
+
+TEST(OpenCode, SeenFromBehindSwapsOverAndUnderAndKeepsSigns) {
+  const auto chain = random_walk(5, 60);
+  const auto front = open_code(chain, {0, 0, 1});
+  const auto back = open_code(chain, {0, 0, -1});
+  ASSERT_TRUE(front && back);
+  ASSERT_EQ(front->size(), back->size());
+  for (std::size_t k = 0; k < front->size(); ++k) {
+    EXPECT_NE((*front)[k].over, (*back)[k].over);
+    EXPECT_EQ((*front)[k].positive, (*back)[k].positive);
+  }
+}
+
+TEST(OpenCode, IsThatOfAPlaneDiagramOnceClosed) {
+  for (unsigned seed = 0; seed < 50; ++seed) {
+    const auto chain = random_walk(seed, 3 + static_cast<int>(seed));
+    const auto code = open_code(chain, random_direction(seed, 0));
+    ASSERT_TRUE(code);
+    expect_well_formed(*code);
+    for (const GaussCode& some : {*code, reduced(*code)}) {
+      expect_well_formed(some);
+      const auto closed = closed_over(some);
+      if (!closed.empty()) {
+        EXPECT_EQ(faces_of_closed(closed), closed.size() / 2 + 2) << seed;
+      }
+    }
+  }
+}
+
+TEST(OpenCode, IgnoresRepeatedPoints) {
+  const auto chain = random_walk(3, 50);
+  std::vector<Point> repeated;
+  for (const Point& p : chain) repeated.insert(repeated.end(), 3, p);
+  const auto once = open_code(chain, {0, 0, 1});
+  const auto thrice = open_code(repeated, {0, 0, 1});
+  ASSERT_TRUE(once && thrice);
+  ASSERT_EQ(once->size(), thrice->size());
+  for (std::size_t k = 0; k < once->size(); ++k) {
+    EXPECT_EQ((*once)[k].mate, (*thrice)[k].mate);
+    EXPECT_EQ((*once)[k].over, (*thrice)[k].over);
+    EXPECT_EQ(3 * (*once)[k].segment + 2, (*thrice)[k].segment);
+  }
+}
+
+TEST(OpenCode, OfAVertexOnAStrandIsDegenerate) {
+  const std::vector<Point> chain{{0, 0, 0}, {2, 0, 0}, {2, 2, 1}, {1, 0, 1}, {0, 3, 0}};
+  EXPECT_FALSE(open_code(chain, {0, 0, 1}));
+  EXPECT_NO_THROW(general_open_code(chain, {0, 0, 1}));
+}
+
+TEST(OpenCode, OfThreeStrandsThroughAPointIsDegenerate) {
+  const std::vector<Point> chain{{-1, 0, 0}, {1, 0, 0},   {2, 5, 1},   {0, 1, 1},
+                                 {0, -1, 1}, {-3, -3, 2}, {-1, -1, 2}, {1, 1, 2}};
+  EXPECT_FALSE(open_code(chain, {0, 0, 1}));
+  expect_well_formed(general_open_code(chain, {0, 0, 1}));
+}
+
+TEST(OpenCode, OfChainsThatTouchThemselvesIsStillACode) {
+  const std::vector<Point> spike{{0, 0, 0}, {1, 0, 0}, {0, 0, 0}, {0, 1, 0}, {0, 0, 0}};
+  const std::vector<Point> twice_round{{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 1, 0},
+                                       {0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 1, 0}};
+  const std::vector<Point> line{{0, 0, 0}, {4, 0, 0}, {1, 0, 0}, {3, 0, 0}, {2, 0, 0}};
+  const std::vector<Point> point(9, Point{1, 2, 3});
+  for (const auto& chain : {spike, twice_round, line, point}) {
+    const GaussCode code = general_open_code(chain, {0, 0, 1});
+    expect_well_formed(code);
+    const auto closed = closed_over(code);
+    if (!closed.empty()) {
+      EXPECT_EQ(faces_of_closed(closed), closed.size() / 2 + 2);
+    }
+  }
+}
+
+TEST(OpenCode, DoesNotDependOnTheUnitOfLength) {
+  const auto chain = random_walk(8, 80);
+  const auto code = open_code(chain, {0, 0, 1});
+  ASSERT_TRUE(code);
+  for (const double unit : {1e-200, 1e-3, 1e200}) {
+    std::vector<Point> scaled;
+    for (const Point& p : chain) scaled.push_back(unit * p);
+    EXPECT_EQ(open_code(scaled, {0, 0, 1}), code) << unit;
+  }
+}
+
+TEST(OpenCode, OfFewPointsIsEmpty) {
+  for (int steps = 0; steps < 3; ++steps)
+    EXPECT_TRUE(general_open_code(random_walk(1, steps), {0, 0, 1}).empty());
+  EXPECT_TRUE(general_open_code({}, {0, 0, 1}).empty());
+}
+
+TEST(OpenCode, RefusesCoordinatesThatAreNotNumbers) {
+  for (const double bad : {std::nan(""), HUGE_VAL, -HUGE_VAL}) {
+    auto chain = random_walk(1, 9);
+    chain[4].y = bad;
+    EXPECT_THROW(general_open_code(chain, {0, 0, 1}), Error);
+  }
+}
+
+TEST(ReducedCode, OfATrefoilKeepsTwoCrossings) {
+  const auto code = open_code(open_trefoil(), {0, 0, 1});
+  ASSERT_TRUE(code);
+  EXPECT_EQ(reduced(*code).size(), 4u);
+  EXPECT_EQ(closed_over(reduced(*code)).size(), 6u);
+}
+
+TEST(ReducedCode, OfMostlyStraightChainsIsEmpty) {
+  for (unsigned seed = 0; seed < 20; ++seed) {
+    auto chain = random_walk(seed, 100);
+    for (std::size_t i = 0; i < chain.size(); ++i) chain[i].z = static_cast<double>(i);
+    EXPECT_TRUE(reduced(general_open_code(chain, random_direction(1, seed))).empty()) << seed;
+  }
+}
+
+TEST(RestrictedCode, IsTheCodeOfThePartOfTheChain) {
+  for (unsigned seed = 0; seed < 20; ++seed) {
+    const auto chain = random_walk(seed, 60);
+    const auto whole = open_code(chain, {0, 0, 1});
+    const auto part = open_code(std::span(chain).subspan(10, 36), {0, 0, 1});
+    ASSERT_TRUE(whole && part);
+    GaussCode restricted;
+    CodeReduction().restrict_to({10, 45}, *whole, restricted);
+    for (Passage& passage : restricted) passage.segment -= 10;
+    EXPECT_EQ(restricted, *part) << seed;
+  }
+}
+
+}  // namespace
+}  // namespace korvex
