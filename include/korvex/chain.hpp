@@ -35,7 +35,7 @@ struct Chain {
   std::string source;             // the file, or the name that its bytes were given
   std::int64_t model = 1;         // model number of the file, or its frame counted from 1
   bool closed = false;            // the last point is joined to the first
-  std::vector<Gap> gaps;          // in chain order; see ReadOptions::gaps
+  std::vector<Gap> gaps;          // in chain order; see GapPolicy
   std::vector<std::string> warnings;  // one line each, for the user
 
   friend bool operator==(const Chain&, const Chain&) = default;

@@ -1,18 +1,113 @@
-// Options of reading chains from files.
+// Reading chains from files, pipes, streams and buffers.
+//
+// Formats, told by the content alone, each also compressed with gzip:
+// - PDB and mmCIF: every polymer chain of every model, by one atom a residue: CA, or P for nucleic
+//   acids. Modified residues are kept; ligands, waters and ions are not. Of alternative locations
+//   the one of highest occupancy, the first among equals. Ångström.
+// - GRO: as PDB; lengths are turned from nanometres into ångström. The format has no chain names: a
+//   chain begins where the residue numbers fall.
+// - XYZ (`count`, comment, `El x y z`), one chain a frame, with the column layout of extended XYZ.
+// - LAMMPS text dump: one chain a molecule (column `mol`) and frame, atoms in the order of their
+//   `id`. Positions from the first of: xu yu zu; xsu ysu zsu; x y z or xs ys zs with ix iy iz; x y
+//   z or xs ys zs alone, which are made whole: an atom goes to the periodic image nearest the atom
+//   before it, with a warning where that moved one.
+// - Plain text: `id x y z` or `x y z` in each line, `#` comments, blank lines.
+// Other lengths stay in the unit of the input. A last point that repeats the first exactly is taken
+// off and makes the chain closed.
+//
+// Errors: Error with code kCannotRead (no such file, a directory, longer than 4 GiB, ...),
+// kBadInput (a text that breaks its format's rules anywhere, a number that is not finite, a gap
+// that GapPolicy::kReject forbids) or kInvalidArgument (a selection that nothing meets). The
+// message names file and line and says what to do.
+//
+// Complexity: time linear in the input, up to sorting; the whole input and one model are held in
+// memory. Thread contract: safe from any number of threads on sources of their own.
 #pragma once
 
+#include <cstdint>
+#include <functional>
+#include <iosfwd>
+#include <limits>
 #include <string>
+#include <utility>
+#include <vector>
+
+#include "korvex/chain.hpp"
+#include "korvex/export.hpp"
 
 namespace korvex {
 
+// Where the bytes come from.
+class KORVEX_API Source {
+ public:
+  // The file or named pipe at `path`.
+  Source(std::string path) : name_(std::move(path)) {}
+  Source(const char* path) : name_(path) {}
+
+  // The rest of `stream`, which must outlive the source; it is read once. `name` stands for it in
+  // messages.
+  static Source stream(std::istream& stream, std::string name);
+  // These bytes.
+  static Source memory(std::string bytes, std::string name);
+
+  const std::string& name() const { return name_; }
+  // All bytes, as they are stored. Throws Error (kCannotRead).
+  std::string load() const;
+
+ private:
+  std::string name_;
+  std::string bytes_;
+  std::istream* stream_ = nullptr;
+  bool in_memory_ = false;
+};
+
+// Which chain names and residue numbers of an mmCIF file to go by.
 enum class Numbering {
-  kAuthor,  // the depositors' chain names and residue numbers, as papers use them
-  kLabel,   // the archive's own: label_asym_id and label_seq_id
+  kAuthor,  // the depositors', as papers use them (auth_asym_id, auth_seq_id)
+  kLabel,   // the archive's own (label_asym_id, label_seq_id)
+};
+
+// What to do where neighbours in a chain lie farther apart than 1.5 times the chain's median bond.
+enum class GapPolicy {
+  kBridge,  // join them by a straight line, and say so in Chain::warnings and Chain::gaps
+  kSplit,   // end the chain there and begin another, open and of the same name
+  kReject,  // throw Error (kBadInput)
+};
+
+// Models, or frames of a trajectory: first, first + step, ... up to last.
+struct ModelRange {
+  std::int64_t first = std::numeric_limits<std::int64_t>::min();
+  std::int64_t last = std::numeric_limits<std::int64_t>::max();
+  std::int64_t step = 1;  // at least 1; counted from `first`, or from 1 when that is not given
+};
+
+// Residues by their number, both ends included. A bound with an insertion code holds for that one;
+// a bound without takes in all residues of its number.
+struct ResidueRange {
+  std::int32_t first = std::numeric_limits<std::int32_t>::min();
+  std::int32_t last = std::numeric_limits<std::int32_t>::max();
+  char first_code = ' ';
+  char last_code = ' ';
 };
 
 struct ReadOptions {
-  std::string atom;                          // trace atom; empty: CA, or P for nucleic acids
-  Numbering numbering = Numbering::kAuthor;  // of mmCIF files
+  ModelRange models;                // default: all
+  std::vector<std::string> chains;  // names; empty: all
+  std::string atom;  // name, or element or type in XYZ and LAMMPS files, of the atoms that make the
+                     // chain; empty: CA or P in PDB, mmCIF and GRO, every atom elsewhere
+  ResidueRange residues;  // default: all
+  Numbering numbering = Numbering::kAuthor;
+  bool closed = false;  // the last point is joined to the first
+  GapPolicy gaps = GapPolicy::kBridge;
 };
+
+// Every chain that the options select, in the order of models and of chains in the file. At least
+// one.
+KORVEX_API std::vector<Chain> read_chains(const Source& source, const ReadOptions& options = {});
+
+// Hands the chains that read_chains would give to `visit` one after another, so that a long
+// trajectory needs the memory of one frame; reading stops when `visit` returns false.
+KORVEX_API void visit_chains(const Source& source, const ReadOptions& options,
+                             const std::function<bool(Chain&&)>& visit);
 
 }  // namespace korvex

@@ -6,20 +6,12 @@
 #include <vector>
 
 #include "preprocess.h"
+#include "preprocess/bonds.hpp"
 
 namespace {
 
 double distance(const ChainAtom& a, const ChainAtom& b) {
   return std::hypot(a.x - b.x, a.y - b.y, a.z - b.z);
-}
-
-// Of an even number of values the mean of the middle two.
-double median(std::vector<double> values) {
-  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-  std::nth_element(values.begin(), middle, values.end());
-  if (values.size() % 2 != 0) return *middle;
-  const double below = *std::max_element(values.begin(), middle);
-  return below + (*middle - below) / 2;
 }
 
 // Six significant digits, whatever the locale of the process.
@@ -36,15 +28,9 @@ std::string CheckDistancesBetweenAtoms(std::vector<ChainAtom> chain) {
   if (chain.size() < 2) return "OK";
   std::vector<double> lengths(chain.size() - 1);
   for (std::size_t i = 0; i < lengths.size(); ++i) lengths[i] = distance(chain[i], chain[i + 1]);
-  // A coordinate that is no number makes distances that are none: they offend, and take no part in
-  // the median.
-  std::vector<double> finite;
-  std::copy_if(lengths.begin(), lengths.end(), std::back_inserter(finite),
-               [](double length) { return std::isfinite(length); });
-  const double bond = finite.empty() ? 0 : median(finite);
-
+  const double bond = preprocess::median_bond(lengths);
   const auto fits = [bond](double length) {
-    return length > 0 && length >= bond / 2 && length <= 1.5 * bond;
+    return length > 0 && length >= bond / 2 && length <= preprocess::kGapFactor * bond;
   };
   const auto first = std::find_if_not(lengths.begin(), lengths.end(), fits);
   if (first == lengths.end()) return "OK";

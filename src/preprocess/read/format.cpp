@@ -43,7 +43,7 @@ void refuse_binary(std::string_view text, const std::string& file) {
     }
   }
   if (text.find('\0') != std::string_view::npos) {
-    fail_at(file, 0, "is not text; give PDB, mmCIF, XYZ or plain text");
+    fail_at(file, 0, "is not text; give PDB, mmCIF, GRO, XYZ, a LAMMPS dump or plain text");
   }
 }
 
@@ -75,6 +75,7 @@ bool has_pdb_atoms(std::string_view text, const std::string& file) {
 
 Format detect_format(std::string_view text, const std::string& file) {
   refuse_binary(text, file);
+  if (looks_like_gro(text, file)) return Format::kGro;
   Lines lines(text, file);
   bool comment = false;
   do {
@@ -83,13 +84,15 @@ Format detect_format(std::string_view text, const std::string& file) {
   } while (comment);
   const std::string_view first = trimmed(lines.line());
   if (is_mmcif_start(first)) return Format::kMmcif;
+  if (first.starts_with("ITEM:")) return Format::kLammps;
   if (is_pdb_record(lines.line())) return Format::kPdb;
   std::string_view rest = first;
   const std::string_view word = take_word(rest);
   if (to_number(word)) return trimmed(rest).empty() ? Format::kXyz : Format::kPlain;
   if (has_pdb_atoms(text, file)) return Format::kPdb;
   lines.fail("the format is not known: the first line reads " + in_quotes(first) +
-             "; give PDB, mmCIF, XYZ or plain text with `id x y z` or `x y z` in each line");
+             "; give PDB, mmCIF, GRO, XYZ, a LAMMPS dump or plain text with `id x y z` or `x y z` "
+             "in each line");
 }
 
 }  // namespace korvex::read

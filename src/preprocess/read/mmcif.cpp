@@ -7,6 +7,7 @@
 #include <set>
 #include <tao/pegtl/parse_error.hpp>
 
+#include "korvex/error.hpp"
 #include "preprocess/read/parsers.hpp"
 #include "preprocess/read/text.hpp"
 
@@ -113,8 +114,8 @@ class AtomTable {
     }
   }
 
-  // Hands over the atoms, model by model in the order in which they begin.
-  void parse(const std::string& chosen, const ModelSink& sink) {
+  // The models in the order in which they begin.
+  std::vector<Model> models(const std::string& chosen) {
     std::vector<Model> models;
     std::map<std::string, std::size_t> place;
     for (const auto row : table_) {
@@ -129,7 +130,7 @@ class AtomTable {
       models[found->second].atoms.push_back(std::move(site));
     }
     if (models.empty()) fail("_atom_site has no rows");
-    for (Model& model : models) sink(std::move(model));
+    return models;
   }
 
  private:
@@ -158,9 +159,9 @@ class AtomTable {
     return value.empty() ? ' ' : value[0];
   }
 
-  std::int64_t integer(const std::string& value, const char* what) const {
-    const std::optional<std::int64_t> number = to_integer(value);
-    if (!number) fail(in_quotes(value) + std::string(" stands where the ") + what + " belongs");
+  std::int32_t integer(const std::string& value, const char* what) const {
+    const std::optional<std::int32_t> number = to_int32(value);
+    if (!number) fail(in_quotes(value) + " stands where the " + what + " belongs");
     return *number;
   }
 
@@ -191,9 +192,7 @@ class AtomTable {
       value.pop_back();
     }
     if (value.empty()) return;
-    const std::optional<std::int32_t> number32 = to_int32(value);
-    if (!number32) fail(in_quotes(value) + " stands where the residue number belongs");
-    site.number = *number32;
+    site.number = integer(value, "residue number");
   }
 
   AtomSite atom(const Row& row) const {
@@ -225,12 +224,23 @@ class AtomTable {
   std::size_t row_ = 0;
 };
 
+std::vector<Model> read_models(std::string_view text, const std::string& file,
+                               const ReadOptions& options) {
+  cif::Document document = read_document(text, file);
+  try {
+    return AtomTable(block_with_atoms(document, file), file, options).models(options.atom);
+  } catch (const Error&) {
+    throw;
+  } catch (const std::runtime_error& error) {
+    fail_at(file, 0, std::string("not understood as mmCIF: ") + error.what());
+  }
+}
+
 }  // namespace
 
 void parse_mmcif(std::string_view text, const std::string& file, const ReadOptions& options,
                  const ModelSink& sink) {
-  cif::Document document = read_document(text, file);
-  AtomTable(block_with_atoms(document, file), file, options).parse(options.atom, sink);
+  for (Model& model : read_models(text, file, options)) sink(std::move(model));
 }
 
 }  // namespace korvex::read

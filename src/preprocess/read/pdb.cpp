@@ -155,7 +155,7 @@ class PdbParser {
       end_model();
       in_model_ = true;
       std::string_view rest = line.substr(5);
-      number_ = to_integer(take_word(rest));
+      number_ = to_int32(take_word(rest));
     } else if (is_record(line, "ENDMDL") || is_record(line, "END")) {
       end_model();
     }
@@ -190,7 +190,7 @@ class PdbParser {
   const std::string& chosen_;
   const ModelSink& sink_;
   Model model_;
-  std::optional<std::int64_t> number_;
+  std::optional<std::int32_t> number_;
   std::int64_t count_ = 0;
   std::set<std::string> ended_;  // chains that had a TER record
   std::string last_chain_;

@@ -1,14 +1,16 @@
 // Reading of whole inputs: bytes, format, parser, traces.
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "preprocess/read/parsers.hpp"
 
 namespace korvex::read {
 
-// Hands over every chain of `bytes` (as stored: maybe compressed), model by model, as the file has
-// them. `name` stands for the input in messages. Throws Error where there is none.
+// Hands over the chains of the selected models as the file has them, with nothing selected, joined
+// or split otherwise. `bytes` are as stored, maybe compressed; `name` stands for them in messages.
+// Throws Error where the input, not the selection, holds no chain.
 void each_chain(std::string bytes, const std::string& name, const ReadOptions& options,
                 const ChainSink& sink);
 

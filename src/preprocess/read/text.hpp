@@ -10,6 +10,8 @@
 
 namespace korvex::read {
 
+bool is_blank(std::string_view text);
+
 // Goes through a text line by line. Lines end in LF or CR LF; the last one may lack its end.
 class Lines {
  public:
@@ -20,6 +22,7 @@ class Lines {
   bool next();
   // Moves to the next line that is not blank; false at the end of the text.
   bool next_filled();
+  bool only_blanks_left() const { return is_blank(rest_); }
 
   std::string_view line() const { return line_; }  // without its end
   std::size_t number() const { return number_; }   // of the line, 1-based; 0 before the first
@@ -38,7 +41,6 @@ class Lines {
 // Throws Error (bad input) about a place; `line` 0 stands for the whole file.
 [[noreturn]] void fail_at(const std::string& file, std::size_t line, const std::string& what);
 
-bool is_blank(std::string_view text);
 std::string_view trimmed(std::string_view text);
 
 // The columns `first` to `last` of a fixed-column line, 1-based, both included; what lies beyond

@@ -125,7 +125,12 @@ bool is_monomer(const Record& record, Slot trace) {
 }
 
 // The residues of a strand that have the trace atom and belong to its polymer.
-std::vector<const Record*> polymer_of(const Strand& strand, Slot trace) {
+struct Polymer {
+  std::vector<const Record*> records;
+  bool has_monomers = false;
+};
+
+Polymer polymer_of(const Strand& strand, Slot trace) {
   std::vector<const Record*> all;
   for (const Record& record : strand.records) {
     if (record.atoms[trace] != nullptr) all.push_back(&record);
@@ -153,29 +158,32 @@ std::vector<const Record*> polymer_of(const Strand& strand, Slot trace) {
     const bool leads = (kept[i] || no_monomer) && bonded(*all[i - 1], *all[i], trace);
     kept[i - 1] = kept[i - 1] || leads;
   }
-  std::vector<const Record*> polymer;
+  Polymer polymer{{}, !no_monomer};
   for (std::size_t i = 0; i < all.size(); ++i) {
-    if (kept[i]) polymer.push_back(all[i]);
+    if (kept[i]) polymer.records.push_back(all[i]);
   }
   return polymer;
 }
 
+// Lipids have P atoms as well, so known monomers count for more than numbers.
+bool is_rather(const Polymer& a, const Polymer& b) {
+  if (a.has_monomers != b.has_monomers) return a.has_monomers;
+  return a.records.size() > b.records.size();
+}
+
 Chain chain_of(const Strand& strand, const std::string& chosen) {
-  Slot trace = kChosen;
-  std::vector<const Record*> polymer;
+  Slot trace = chosen == "P" ? kP : chosen.empty() || chosen == "CA" ? kCa : kChosen;
+  Polymer polymer = polymer_of(strand, trace);
   if (chosen.empty()) {
-    polymer = polymer_of(strand, kCa);
-    std::vector<const Record*> nucleic = polymer_of(strand, kP);
-    trace = nucleic.size() > polymer.size() ? kP : kCa;
-    if (trace == kP) polymer = std::move(nucleic);
-  } else {
-    if (chosen == "CA") trace = kCa;
-    if (chosen == "P") trace = kP;
-    polymer = polymer_of(strand, trace);
+    Polymer nucleic = polymer_of(strand, kP);
+    if (is_rather(nucleic, polymer)) {
+      polymer = std::move(nucleic);
+      trace = kP;
+    }
   }
   Chain chain;
   chain.name = strand.name;
-  for (const Record* record : polymer) {
+  for (const Record* record : polymer.records) {
     const AtomSite& site = *record->atoms[trace];
     chain.points.push_back(site.position);
     chain.residues.push_back({site.number, site.insertion_code, site.residue_name});
