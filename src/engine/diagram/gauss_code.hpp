@@ -7,26 +7,11 @@
 // everything would be the under-closure of a knotoid: V. Turaev, Osaka J. Math. 49, 195 (2012).)
 #pragma once
 
-#include <cstdint>
-#include <vector>
+#include "korvex/gauss_code.hpp"
 
 namespace korvex {
 
 enum class Curve { kOpen, kClosed };
-
-// One passage of the chain through a crossing.
-struct Passage {
-  std::int32_t segment;  // segment of the chain, from point `segment` to the next one, 0-based
-  std::int32_t mate;     // index in the code of the other passage through this crossing
-  bool over;             // nearer to the viewer than its mate
-  bool positive;         // right-handed: the over strand turns counter-clockwise onto the under one
-
-  friend bool operator==(const Passage&, const Passage&) = default;
-};
-
-// Passages in the order of a curve, two for every crossing: from end to end of an open chain, or
-// once round a closed curve from wherever.
-using GaussCode = std::vector<Passage>;
 
 // The code of the closed curve: the closing arc is routed over the fewest strands of the diagram on
 // the sphere and its crossings are inserted, its own passages last. Segments keep their order and,

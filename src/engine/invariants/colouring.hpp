@@ -1,0 +1,67 @@
+// An order in which the arcs of a diagram generate one another.
+//
+// Every crossing relates three arcs, x_out = s x_in + (1-s) x_over with a unit s. Once the over arc
+// and one of the others are known the third follows without a division. A few arcs, the seeds, give
+// all others; the crossings not used in this, as many as seeds, are equations between the seeds,
+// and one of them follows from the rest. Setting the first seed to 0 and dropping one equation, the
+// determinant of the others is the Alexander polynomial up to a unit.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "korvex/gauss_code.hpp"
+
+namespace korvex {
+
+struct ColouringStep {
+  enum class Kind : std::uint8_t {
+    kSeed,      // `out` is the next seed
+    kForward,   // out = over + s (in - over)
+    kBackward,  // in = over + (out - over) / s
+    kEquation,  // out - over - s (in - over) = 0
+  };
+  Kind kind;
+  bool positive;  // of the crossing: s is t, or 1/t where it is negative
+  std::int32_t in;
+  std::int32_t out;
+  std::int32_t over;
+};
+
+// Scratch memory: one object a thread.
+class Colouring {
+ public:
+  // Plans the colouring of a closed code. Arcs are numbered along the curve from 0, one for each
+  // under-passage that ends it. O(n seeds).
+  void plan(const GaussCode& closed);
+
+  const std::vector<ColouringStep>& steps() const { return steps_; }
+  std::int32_t arcs() const { return arcs_; }
+  std::int32_t seeds() const { return seeds_; }
+
+ private:
+  struct Crossing {
+    std::int32_t over;
+    bool positive;
+    bool used;
+  };
+
+  void read(const GaussCode& closed);
+  void colour(std::int32_t arc);
+  void look_at(std::int32_t crossing);
+  std::int32_t best_seed();
+  std::int32_t next(std::int32_t arc) const { return arc + 1 < arcs_ ? arc + 1 : 0; }
+
+  std::int32_t arcs_ = 0;
+  std::int32_t seeds_ = 0;
+  std::vector<Crossing> crossings_;  // crossing k ends arc k and begins the next
+  std::vector<std::int32_t> under_;  // for each passage the under-passages before it
+  std::vector<std::int32_t> first_over_;
+  std::vector<std::int32_t> over_;  // crossings that each arc passes over, arc by arc
+  std::vector<std::uint8_t> coloured_;
+  std::vector<std::int32_t> waiting_;
+  std::vector<std::int32_t> gain_;
+  std::vector<ColouringStep> steps_;
+};
+
+}  // namespace korvex
