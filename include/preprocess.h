@@ -108,10 +108,10 @@ PREPROCESS_API int CloseChain_1point(std::vector<ChainAtom>& chain, double facto
 PREPROCESS_API int CloseChain_1direction(std::vector<ChainAtom>& chain);
 
 // Reduces a chain in place by triangle elimination without changing its knot type: an atom is
-// removed when no other edge meets the triangle that it spans with its two neighbours. Always the
-// smallest triangle that can go goes next, until none can, so that the result does not depend on
-// where a ring begins or which way it runs, as long as no two triangles of one size have their tips
-// in one place. The atoms left keep their order, coordinates and ids.
+// removed when no other edge meets the triangle that it spans with its two neighbours. Of the atoms
+// that can go always the one goes next whose removal makes the shortest edge (of equals, the first
+// by x, y and z), until none can, so that the result does not depend on where a ring begins or which
+// way it runs unless it visits a place twice. The atoms left keep their order, coordinates and ids.
 // Touching and coplanar edges count as obstacles, and so does every edge that rounding does not
 // show to be clear: what is removed is certain for the coordinates as they are. Atoms that repeat a
 // neighbour's place or lie on the line between their neighbours sweep nothing and always go; the

@@ -1,11 +1,14 @@
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <initializer_list>
 #include <limits>
 #include <queue>
 #include <tuple>
 #include <utility>
 
 #include "preprocess/contact.hpp"
+#include "preprocess/edge_boxes.hpp"
 
 namespace preprocess {
 namespace {
@@ -45,64 +48,72 @@ Sweep spike_sweep(const Triangle& t) {
   return {{t.before, t.tip, t.before}, true, false};
 }
 
-// Removes points one at a time, always the one with the smallest triangle of those that can go. A
-// triangle that cannot go remembers one edge in its way, its witness, and waits until that edge is
-// replaced; nothing else can set it free.
+// Removes points one at a time, of those that can go always the one whose removal makes the
+// shortest edge. A triangle that cannot go remembers one edge in its way, its witness, and waits
+// until that edge is replaced; nothing else can set it free.
 class Reducer {
  public:
   Reducer(const std::vector<ChainAtom>& chain, bool closed)
-      : points_(scaled_positions(chain)), closed_(closed), left_(points_.size()) {
-    const std::size_t count = points_.size();
-    before_.resize(count);
-    after_.resize(count);
-    version_.resize(count);
-    waiting_.resize(count);
-    for (std::size_t k = 0; k < count; ++k) {
-      before_[k] = k > 0 ? k - 1 : (closed ? count - 1 : kNone);
-      after_[k] = k + 1 < count ? k + 1 : (closed ? 0 : kNone);
+      : points_(scaled_positions(chain)),
+        closed_(closed),
+        left_(points_.size()),
+        before_(left_),
+        after_(left_),
+        version_(left_),
+        waiting_(left_),
+        place_(left_) {
+    for (std::size_t k = 0; k < left_; ++k) {
+      before_[k] = k > 0 ? k - 1 : (closed ? left_ - 1 : kNone);
+      after_[k] = k + 1 < left_ ? k + 1 : (closed ? 0 : kNone);
     }
   }
 
   // Whether each point is left.
   std::vector<bool> run() {
     std::vector<bool> kept(points_.size(), true);
-    for (std::size_t k = 0; k < points_.size(); ++k) enqueue(k);
+    rebuild_boxes(kept);
+    std::vector<Candidate> all;
+    for (std::size_t k = 0; k < points_.size(); ++k) {
+      if (!is_end(k)) all.push_back(candidate(k));
+    }
+    queue_ = Queue(Later{points_.data()}, std::move(all));
     while (!queue_.empty()) {
-      const Candidate candidate = queue_.top();
+      const Candidate next = queue_.top();
       queue_.pop();
-      const std::size_t k = candidate.point;
-      if (!kept[k] || candidate.version != version_[k] || is_end(k)) continue;
+      const std::size_t k = next.point;
+      if (!kept[k] || next.version != version_[k]) continue;
       const std::size_t witness = obstacle(k);
       if (witness == k) continue;
       if (witness != kNone) {
-        waiting_[witness].push_back({k, version_[k]});
+        waiting_[witness].push_back(next);
         continue;
       }
       kept[k] = false;
       remove(k);
+      if (left_ == rebuild_at_) rebuild_boxes(kept);
     }
     return kept;
   }
 
  private:
   struct Candidate {
-    double area;  // twice the triangle's area, squared
-    Vec3 tip;
-    std::size_t point;
+    double length2;  // of the edge that takes the place of two, squared
+    std::uint32_t point;
     std::uint32_t version;
+  };
 
-    // The largest comes last in the queue. Equal triangles are ordered by place in space, so that
-    // the choice does not depend on where the chain begins or which way it runs.
-    friend bool operator<(const Candidate& a, const Candidate& b) {
-      return std::tie(a.area, a.tip.x, a.tip.y, a.tip.z, a.point) >
-             std::tie(b.area, b.tip.x, b.tip.y, b.tip.z, b.point);
+  // Equal lengths are ordered by the point's place in space, so that the choice does not depend on
+  // where the chain begins or which way it runs.
+  struct Later {
+    const Vec3* points;
+
+    bool operator()(const Candidate& a, const Candidate& b) const {
+      if (a.length2 != b.length2) return a.length2 > b.length2;
+      const Vec3 &p = points[a.point], &q = points[b.point];
+      return std::tie(p.x, p.y, p.z, a.point) > std::tie(q.x, q.y, q.z, b.point);
     }
   };
-
-  struct Waiting {
-    std::size_t point;
-    std::uint32_t version;
-  };
+  using Queue = std::priority_queue<Candidate, std::vector<Candidate>, Later>;
 
   bool is_end(std::size_t k) const { return before_[k] == kNone || after_[k] == kNone; }
 
@@ -110,11 +121,34 @@ class Reducer {
     return {points_[before_[k]], points_[k], points_[after_[k]]};
   }
 
-  void enqueue(std::size_t k) {
-    if (is_end(k)) return;
-    const Triangle t = triangle(k);
-    const Vec3 normal = cross(t.before - t.tip, t.after - t.tip);
-    queue_.push({dot(normal, normal), t.tip, k, version_[k]});
+  Candidate candidate(std::size_t k) const {
+    const Vec3 base = points_[after_[k]] - points_[before_[k]];
+    return {dot(base, base), static_cast<std::uint32_t>(k), version_[k]};
+  }
+
+  Box box_of(std::initializer_list<Vec3> points) const {
+    Box box = kEmptyBox;
+    for (const Vec3& point : points) {
+      const Vec3 p = point - points_[0];
+      const std::array<float, 3> q{static_cast<float>(p.x), static_cast<float>(p.y),
+                                   static_cast<float>(p.z)};
+      box = merged(box, {q, q});
+    }
+    return box;
+  }
+
+  // Numbers the edges that are left anew and makes the tree of their boxes.
+  void rebuild_boxes(const std::vector<bool>& kept) {
+    std::vector<Box> boxes;
+    first_.clear();
+    for (std::size_t k = 0; k < kept.size(); ++k) {
+      if (!kept[k] || after_[k] == kNone) continue;
+      place_[k] = boxes.size();
+      first_.push_back(k);
+      boxes.push_back(box_of({points_[k], points_[after_[k]]}));
+    }
+    boxes_.assign(boxes);
+    rebuild_at_ = left_ / 2;
   }
 
   // The edge, named by its first point, that keeps point k from being removed; kNone if none does;
@@ -125,34 +159,31 @@ class Reducer {
     if (t.tip == t.before || t.tip == t.after) return left_ > 1 ? kNone : k;
     if (left_ <= (closed_ ? 3U : 2U)) return k;
     if (bend == Bend::kStraight) return kNone;
-    const Sweep sweep = bend == Bend::kSpike ? spike_sweep(t) : Sweep{t, true, true};
-    return edge_in_the_way(k, sweep);
+    return edge_in_the_way(k, bend == Bend::kSpike ? spike_sweep(t) : Sweep{t, true, true});
   }
 
   std::size_t edge_in_the_way(std::size_t k, const Sweep& sweep) const {
-    const std::size_t before = before_[k], after = after_[k];
-    for (std::size_t from = after; from != before && after_[from] != kNone; from = after_[from]) {
-      if (!clear_of_edge(sweep, from, from == after, after_[from] == before)) return from;
-    }
-    if (closed_) return kNone;
-    for (std::size_t to = before; before_[to] != kNone; to = before_[to]) {
-      if (!clear_of_edge(sweep, before_[to], false, to == before)) return before_[to];
-    }
-    return kNone;
+    const Triangle& t = sweep.triangle;
+    std::size_t witness = kNone;
+    boxes_.any_overlap(box_of({t.before, t.tip, t.after}), [&](std::size_t place) {
+      const std::size_t from = first_[place];
+      if (from == k || from == before_[k] || clear_of_edge(k, sweep, from)) return false;
+      witness = from;
+      return true;
+    });
+    return witness;
   }
 
-  // Whether the sweep is certainly clear of the edge from point `from` on. `leaves_after`: the edge
-  // begins at the triangle's third corner; `enters_before`: it ends at the first.
-  bool clear_of_edge(const Sweep& sweep, std::size_t from, bool leaves_after,
-                     bool enters_before) const {
+  // Whether the sweep at point k is certainly clear of the edge from point `from` on.
+  bool clear_of_edge(std::size_t k, const Sweep& sweep, std::size_t from) const {
     const Triangle& t = sweep.triangle;
     const Vec3 start = points_[from], end = points_[after_[from]];
-    const bool point_swept = t.before == t.after;
-    if (leaves_after && sweep.reaches_after) {
-      return certainly_leaves(t.after, t.tip, point_swept ? t.tip : t.before, end);
+    const bool spike = t.before == t.after;
+    if (from == after_[k] && sweep.reaches_after) {
+      return certainly_leaves(t.after, t.tip, spike ? t.tip : t.before, end);
     }
-    if (enters_before && sweep.reaches_before) {
-      return certainly_leaves(t.before, t.tip, point_swept ? t.tip : t.after, start);
+    if (after_[from] == before_[k] && sweep.reaches_before) {
+      return certainly_leaves(t.before, t.tip, spike ? t.tip : t.after, start);
     }
     return certainly_apart(t, start, end);
   }
@@ -160,21 +191,24 @@ class Reducer {
   void remove(std::size_t k) {
     const std::size_t before = before_[k], after = after_[k];
     --left_;
-    if (before != kNone) after_[before] = after;
-    if (after != kNone) before_[after] = before;
-    ++version_[before];
-    ++version_[after];
-    enqueue(before);
-    if (after != before) enqueue(after);
+    after_[before] = after;
+    before_[after] = before;
+    boxes_.erase(place_[k]);
+    boxes_.replace(place_[before], box_of({points_[before], points_[after]}));
+    for (const std::size_t corner : {before, after}) {
+      ++version_[corner];
+      if (!is_end(corner)) queue_.push(candidate(corner));
+    }
     release(before);
     release(k);
   }
 
   // Takes up again what waited for the edge that began at point k.
   void release(std::size_t k) {
-    for (const Waiting& waiting : std::exchange(waiting_[k], {})) {
-      if (waiting.version == version_[waiting.point]) enqueue(waiting.point);
+    for (const Candidate& waiting : waiting_[k]) {
+      if (waiting.version == version_[waiting.point]) queue_.push(waiting);
     }
+    waiting_[k].clear();
   }
 
   std::vector<Vec3> points_;
@@ -182,9 +216,13 @@ class Reducer {
   std::size_t left_;
   std::vector<std::size_t> before_;
   std::vector<std::size_t> after_;
-  std::vector<std::uint32_t> version_;         // of a point's triangle
-  std::vector<std::vector<Waiting>> waiting_;  // by the first point of the witness
-  std::priority_queue<Candidate> queue_;
+  std::vector<std::uint32_t> version_;           // of a point's triangle
+  std::vector<std::vector<Candidate>> waiting_;  // by the first point of the witness
+  Queue queue_{Later{points_.data()}};
+  EdgeBoxes boxes_;
+  std::vector<std::size_t> place_;  // of the edge that begins at a point
+  std::vector<std::size_t> first_;  // point of the edge at a place
+  std::size_t rebuild_at_ = 0;
 };
 
 }  // namespace

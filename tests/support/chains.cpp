@@ -156,7 +156,7 @@ Chain gaussian_ring(int atoms, std::uint64_t seed) {
 
 Chain protein_like_walk(int atoms, std::uint64_t seed) {
   Random random(seed);
-  const double radius = 2.6 * std::cbrt(static_cast<double>(atoms)) + 4;
+  const double radius = 3.2 * std::cbrt(static_cast<double>(atoms)) + 4;
   Chain chain{{0, 0, 0, 1}};
   int refused = 0;
   while (static_cast<int>(chain.size()) < atoms) {
