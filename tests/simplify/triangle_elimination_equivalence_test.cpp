@@ -52,7 +52,7 @@ TEST_P(TriangleElimination, EqualsThePlainFormBitForBit) {
 }
 
 TEST_P(TriangleElimination, EqualsThePlainFormOnAThousandPoints) {
-  for (const int kind : {0, 1, 2, 4}) {
+  for (const int kind : {0, 1, 2}) {
     Random random(77);
     PointChain fast = odd_chains::of_kind(kind, 1000, random);
     PointChain plain = fast;
