@@ -1,0 +1,189 @@
+#include "korvex/locate.hpp"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "engine/fingerprint/fingerprint_data.hpp"
+#include "korvex/error.hpp"
+#include "korvex/save.hpp"
+
+namespace korvex {
+namespace {
+
+// A fingerprint of 20 residues and 10 votes: votes for some type in rectangles of sub-chains.
+struct Votes {
+  std::int32_t type;
+  Stations begins;
+  Stations ends;
+  int count;
+};
+
+Fingerprint made(std::vector<std::string> types, const std::vector<Votes>& votes) {
+  auto data = std::make_shared<Fingerprint::Data>(
+      Fingerprint::Data{{.directions = 10}, {}, std::move(types), TypeCounts(20)});
+  for (std::int32_t k = 0; k < 20; ++k) data->stations.push_back(k);
+  for (const Votes& some : votes)
+    for (int k = 0; k < some.count; ++k) data->counts.add(some.type, some.begins, some.ends);
+  return Fingerprint(std::move(data));
+}
+
+Chain labelled_chain() {
+  Chain chain;
+  chain.source = "some.pdb";
+  chain.name = "A";
+  chain.points.resize(20);
+  for (std::int32_t k = 0; k < 20; ++k) chain.residues.push_back({k + 100, ' ', "GLY"});
+  chain.residues[5].insertion_code = 'A';
+  return chain;
+}
+
+std::string written(const Location& location, LocationFormat format) {
+  std::ostringstream out;
+  write_location(location, labelled_chain(), format, out);
+  return out.str();
+}
+
+TEST(Locate, FindsTheShortestSubChainThatReachesTheThreshold) {
+  const auto fingerprint =
+      made({"0_1", "+3_1"}, {{1, {0, 5}, {14, 19}, 4}, {1, {0, 4}, {15, 19}, 3}});
+  const Location location = locate(fingerprint);
+  EXPECT_EQ(location.type, "+3_1");
+  EXPECT_DOUBLE_EQ(location.share, 0.7);
+  EXPECT_EQ(location.factors, std::vector<std::string>{"+3_1"});
+  ASSERT_EQ(location.knots.size(), 1u);
+  const KnotPlace& knot = location.knots[0];
+  EXPECT_EQ(knot.core, (Stretch{4, 15}));
+  EXPECT_DOUBLE_EQ(knot.core_share, 0.7);
+  EXPECT_EQ(knot.longest, (Stretch{0, 19}));
+  EXPECT_EQ(knot.sub_chains, 25u);
+  EXPECT_EQ(knot.tail_before, 4);
+  EXPECT_EQ(knot.tail_after, 4);
+  EXPECT_FALSE(knot.slipknot());
+  EXPECT_EQ(locate(fingerprint, {.threshold = 0.4}).knots[0].core, (Stretch{5, 14}));
+}
+
+TEST(Locate, FindsASlipknot) {
+  const Location location = locate(made({"0_1", "4_1"}, {{1, {0, 3}, {10, 14}, 9}}));
+  EXPECT_EQ(location.type, "0_1");
+  EXPECT_TRUE(location.factors.empty());
+  ASSERT_EQ(location.knots.size(), 1u);
+  const KnotPlace& knot = location.knots[0];
+  EXPECT_EQ(knot.core, (Stretch{3, 10}));
+  EXPECT_EQ(knot.whole_share, 0);
+  EXPECT_FALSE(knot.undone_before);
+  ASSERT_TRUE(knot.undone_after);
+  EXPECT_EQ(*knot.undone_after, (Threading{15, {11, 15}, {15, 19}, "0_1"}));
+}
+
+TEST(Locate, DoesNotTakeAMoreComplicatedKnotForAnUndoneOne) {
+  const Location location = locate(
+      made({"0_1", "+3_1", "+3_1#4_1"},
+           {{1, {2, 3}, {10, 14}, 10}, {2, {0, 1}, {10, 19}, 10}, {2, {2, 3}, {15, 19}, 10}}));
+  EXPECT_EQ(location.type, "+3_1#4_1");
+  EXPECT_EQ(location.factors, (std::vector<std::string>{"+3_1", "4_1"}));
+  for (const KnotPlace& knot : location.knots) EXPECT_FALSE(knot.slipknot()) << knot.type;
+}
+
+TEST(Locate, OfNoChainAtAllIsUnknotted) {
+  auto data =
+      std::make_shared<Fingerprint::Data>(Fingerprint::Data{{}, {}, {"0_1"}, TypeCounts(0)});
+  EXPECT_EQ(locate(Fingerprint(data)).type, "0_1");
+}
+
+TEST(Locate, RefusesAThresholdThatIsNoShare) {
+  const auto fingerprint = made({"0_1"}, {});
+  for (const double bad : {0.0, -1.0, 1.5, std::nan("")})
+    EXPECT_THROW(locate(fingerprint, {.threshold = bad}), Error);
+}
+
+TEST(WriteLocation, NamesResiduesAsTheFileDoes) {
+  const Location location = locate(made({"0_1", "+3_1"}, {{1, {0, 5}, {10, 12}, 10}}));
+  EXPECT_EQ(written(location, LocationFormat::kText),
+            "some.pdb chain A: 0_1, share 1.00\n"
+            "  +3_1: core 105A-110 (6 residues, share 1.00), tails 5 and 9 residues, in 18 "
+            "sub-chains up to 100-112\n"
+            "    slipknot: with residue 113 +3_1 becomes 0_1; loop 111-113, tail 113-119\n");
+  const auto json = nlohmann::json::parse(written(location, LocationFormat::kJson));
+  EXPECT_EQ(json["knots"][0]["core"]["begin"], "105A");
+  EXPECT_EQ(json["knots"][0]["core"]["begin_index"], 5);
+  EXPECT_EQ(json["knots"][0]["undone_after"]["residue"], "113");
+  EXPECT_NE(written(location, LocationFormat::kPymol).find("chain A and resi 105A-110"),
+            std::string::npos);
+  EXPECT_NE(written(location, LocationFormat::kChimerax).find("color /A:105A-110 red"),
+            std::string::npos);
+  EXPECT_NE(
+      written(location, LocationFormat::kTsv).find("some.pdb\tA\t+3_1\t105A\t110\t1\t0\t5\t9"),
+      std::string::npos);
+}
+
+TEST(WriteTsv, HasALineForEveryTypeOfAKnottedSubChain) {
+  std::ostringstream out;
+  write_tsv(made({"0_1", "+3_1"}, {{1, {2, 2}, {9, 9}, 4}}), {}, out);
+  EXPECT_EQ(out.str(),
+            "begin\tend\ttype\tvotes\ttrials\tshare\tlow\thigh\n"
+            "3\t10\t0_1\t6\t10\t0.6\t0.312674\t0.83182\n"
+            "3\t10\t+3_1\t4\t10\t0.4\t0.16818\t0.687326\n");
+}
+
+TEST(WriteJson, HoldsTheVotesOfKnottedSubChains) {
+  std::ostringstream out;
+  write_json(made({"0_1", "+3_1"}, {{1, {2, 2}, {9, 9}, 4}}), {}, out);
+  const auto json = nlohmann::json::parse(out.str());
+  EXPECT_EQ(json["trials"], 10);
+  EXPECT_EQ(json["types"][1], "+3_1");
+  EXPECT_EQ(json["labels"][19], "20");
+  EXPECT_EQ(json["sub_chains"].dump(), "[[2,9,[[0,6],[1,4]]]]");
+}
+
+TEST(WriteMatrix, PutsTypesUnderTheirThresholds) {
+  std::ostringstream out;
+  write_matrix(made({"0_1", "+3_1", "4_1"}, {{1, {2, 2}, {9, 9}, 6}, {2, {2, 2}, {9, 9}, 3}}), {},
+               out);
+  std::string zeros;
+  for (int k = 0; k < 10; ++k) zeros += "0 ";
+  std::string more;
+  for (int k = 0; k < 9; ++k) more += "0 ";
+  EXPECT_EQ(
+      out.str(),
+      "# 1 20 >90 >87 >84 >81 >78 >75 >72 >69 >66 >63 >60 >57 >54 >51 >48 >45 >42 >39 >36 >33 "
+      ">30 >27 >24 >21 >18 >15 >12 >9 >6 >3 >0 IN 1 20\n3 10 0 " +
+          zeros + "+3_1 " + more + "4_1 " + more + "0 3 10\n");
+}
+
+TEST(WriteMatrix, OfAnUnknottedChainSaysSo) {
+  std::ostringstream out;
+  write_matrix(made({"0_1"}, {}), {}, out);
+  EXPECT_EQ(out.str().substr(out.str().find('\n')), "\nUNKNOT\n");
+}
+
+TEST(WriteNpz, IsReadByNumpy) {
+  if (std::system("/usr/bin/python3 -c 'import numpy' 2>/dev/null") != 0)
+    GTEST_SKIP() << "numpy is not installed";
+  const auto path = std::filesystem::path(testing::TempDir()) / "korvex_fingerprint.npz";
+  {
+    std::ofstream out(path, std::ios::binary);
+    const Chain chain = labelled_chain();
+    write_npz(made({"0_1", "+3_1"}, {{1, {2, 3}, {9, 9}, 6}}), chain.residues, out);
+  }
+  const std::string script =
+      "import numpy as n; f = n.load('" + path.string() +
+      "'); assert f['stations'].tolist() == list(range(20)); "
+      "assert f['labels'][5] == '105A' and f['labels'][6] == '106'; "
+      "assert f['types'].tolist() == ['0_1', '+3_1']; assert f['trials'] == 10; "
+      "assert f['dominant'].shape == (20, 20) and f['dominant'][2, 9] == 1; "
+      "assert f['dominant'][0, 9] == 0 and f['dominant'][9, 2] == -1; "
+      "assert abs(f['share'][2, 9] - 0.6) < 1e-6 and f['share'][0, 9] == 1; "
+      "assert f['begin'].tolist() == [2, 3] and f['end'].tolist() == [9, 9]; "
+      "assert f['type'].tolist() == [1, 1] and f['count'].tolist() == [6, 6]";
+  EXPECT_EQ(std::system(("/usr/bin/python3 -c \"" + script + "\"").c_str()), 0);
+  std::filesystem::remove(path);
+}
+
+}  // namespace
+}  // namespace korvex
