@@ -20,16 +20,7 @@ bool apart_in_y(const Edge& a, const Edge& b) {
   return a.y1 < b.y1 && a.y1 < b.y2 && a.y2 < b.y1 && a.y2 < b.y2;
 }
 
-std::pair<double, double> strictly_inside(double s, double u, int& status) {
-  constexpr const char* kAtTheEnd =
-      "PROBLEM with one projection. Two segments cross exactly at the end of one of them.\n";
-  if (s < 0 || s > 1) return kNone;
-  if (u < 0 || u > 1) return kNone;
-  if (s == 0 || s == 1) return problem(kAtTheEnd, status);
-  if (u == 0 || u == 1) return problem(kAtTheEnd, status);
-  status = 1;
-  return {s, u};
-}
+}  // namespace
 
 std::pair<double, double> cross_vertical(const Edge& a, const Edge& b, int& status) {
   if (b.x1 == b.x2) {
@@ -56,16 +47,10 @@ std::pair<double, double> cross_parallel(const Edge& a, const Edge& b, int& stat
                  status);
 }
 
-}  // namespace
-
-std::pair<double, double> cross_edges(const Edge& a, const Edge& b, int& status) {
-  status = 0;
-  if (a.x1 == a.x2) return cross_vertical(a, b, status);
-  const double det = (a.y1 - a.y2) * (b.x1 - b.x2) - (a.x1 - a.x2) * (b.y1 - b.y2);
-  if (det == 0) return cross_parallel(a, b, status);
-  const double u = ((a.x1 - a.x2) * (b.y2 - a.y2) - (a.y1 - a.y2) * (b.x2 - a.x2)) / det;
-  const double s = (b.x2 + (b.x1 - b.x2) * u - a.x2) / (a.x1 - a.x2);
-  return strictly_inside(s, u, status);
+std::pair<double, double> crossing_at_end(int& status) {
+  return problem(
+      "PROBLEM with one projection. Two segments cross exactly at the end of one of them.\n",
+      status);
 }
 
 bool first_over(const Edge& a, const Edge& b, double s, double u) {
@@ -81,6 +66,8 @@ bool turns_left(const Edge& a, const Edge& b) {
   const double by = b.y2 - b.y1;
   const double cross = ax * by - ay * bx;
   const double dot = ax * bx + ay * by;
+  if (cross < 0) return false;
+  if (cross > 1e-290 * std::fabs(dot)) return true;  // an angle that cannot underflow
   return std::atan2(cross, dot) > 0;
 }
 

@@ -5,26 +5,70 @@
 #include <vector>
 
 #include "crossings/edge_pair.hpp"
+#include "crossings/pair_filter.hpp"
 #include "korvex.h"
 
 namespace {
 
-void record(std::vector<Edge>& edges, std::vector<Crossing>& crossings, int i, int j, double s,
-            double u) {
-  Edge& first = edges[static_cast<std::size_t>(i)];
-  Edge& second = edges[static_cast<std::size_t>(j)];
+constexpr std::size_t kFewEdges = 13;  // fewer are sooner tested than filtered
+
+// An edge with one crossing mostly has more.
+void append(std::vector<CrossingShort>& list, CrossingShort crossing) {
+  if (list.capacity() == 0) list.reserve(4);
+  list.push_back(crossing);
+}
+
+void record(std::vector<Edge>& edges, std::vector<Crossing>& crossings, std::size_t i,
+            std::size_t j, double s, double u) {
+  Edge& first = edges[i];
+  Edge& second = edges[j];
   const bool first_is_over = korvex::crossings::first_over(first, second, s, u);
   const bool left = first_is_over ? korvex::crossings::turns_left(first, second)
                                   : korvex::crossings::turns_left(second, first);
-  crossings.push_back(
-      {first_is_over ? i : j, first_is_over ? j : i, 0, 0, 0, static_cast<std::int32_t>(left)});
+  crossings.push_back({static_cast<std::int32_t>(first_is_over ? i : j),
+                       static_cast<std::int32_t>(first_is_over ? j : i), 0, 0, 0,
+                       static_cast<std::int32_t>(left)});
   const auto index = static_cast<std::int16_t>(crossings.size() - 1);
-  first.crossings.push_back({index, s});
-  second.crossings.push_back({index, u});
+  append(first.crossings, {index, s});
+  append(second.crossings, {index, u});
+}
+
+// Tests edge i against edge j. False for a problem.
+bool test(std::vector<Edge>& edges, std::vector<Crossing>& crossings, std::size_t i,
+          std::size_t j) {
+  int status = 0;
+  const auto [s, u] = korvex::crossings::cross_edges(edges[i], edges[j], status);
+  if (status == 1) record(edges, crossings, i, j, s, u);
+  return status != -1;
+}
+
+// One past the last edge that edge i is tested against.
+std::size_t bound(std::size_t i, std::size_t edges, bool closed) {
+  return closed && i == 0 ? edges - 1 : edges;
+}
+
+bool test_all(std::vector<Edge>& edges, std::vector<Crossing>& crossings, bool closed) {
+  for (std::size_t i = 0; i + 2 < edges.size(); ++i) {
+    for (std::size_t j = i + 2; j < bound(i, edges.size(), closed); ++j) {
+      if (!test(edges, crossings, i, j)) return false;
+    }
+  }
+  return true;
+}
+
+bool test_near(std::vector<Edge>& edges, std::vector<Crossing>& crossings, bool closed) {
+  korvex::crossings::PairFilter filter(edges);
+  for (std::size_t i = 0; i + 2 < edges.size(); ++i) {
+    for (const std::size_t j : filter.candidates(i, i + 2, bound(i, edges.size(), closed))) {
+      if (!test(edges, crossings, i, j)) return false;
+    }
+  }
+  return true;
 }
 
 // Positions that are not numbers have no order, and std::sort may then run off the list.
 void sort_along(std::vector<CrossingShort>& list) {
+  if (list.size() < 2) return;
   const bool ordered = std::none_of(list.begin(), list.end(),
                                     [](CrossingShort c) { return std::isnan(c.position); });
   if (ordered) {
@@ -39,18 +83,10 @@ void sort_along(std::vector<CrossingShort>& list) {
 int FindAllCrossings(std::vector<Edge>& edges, std::vector<Crossing>& crossings,
                      bool chainIsClosed) {
   if (crossings.capacity() < 20) crossings.reserve(20);
-  const int n = static_cast<int>(edges.size());
-  if (n < 3) return 0;
-  for (int i = 0; i + 2 < n; ++i) {
-    const int bound = chainIsClosed && i == 0 ? n - 1 : n;
-    for (int j = i + 2; j < bound; ++j) {
-      int status = 0;
-      const auto [s, u] = korvex::crossings::cross_edges(
-          edges[static_cast<std::size_t>(i)], edges[static_cast<std::size_t>(j)], status);
-      if (status == -1) return 1;
-      if (status == 1) record(edges, crossings, i, j, s, u);
-    }
-  }
+  const bool resolved = edges.size() < kFewEdges ? test_all(edges, crossings, chainIsClosed)
+                                                 : test_near(edges, crossings, chainIsClosed);
+  if (!resolved) return 1;
+  if (edges.size() < 3) return 0;
   for (Edge& edge : edges) sort_along(edge.crossings);
   return 0;
 }
