@@ -3,34 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <random>
 #include <string>
 
 #include "engine/fingerprint/fingerprint_data.hpp"
+#include "engine/random_chains.hpp"
 #include "korvex/error.hpp"
 
 namespace korvex {
 namespace {
-
-std::vector<Point> random_walk(unsigned seed, int steps) {
-  std::mt19937 generator(seed);
-  std::normal_distribution<double> normal;
-  std::vector<Point> chain{{0, 0, 0}};
-  for (int i = 0; i < steps; ++i) {
-    const Point step{normal(generator), normal(generator), normal(generator)};
-    chain.push_back(chain.back() + step);
-  }
-  return chain;
-}
-
-// A walk that is drawn back to the origin and so stays compact and is often knotted.
-std::vector<Point> compact_walk(unsigned seed, int steps) {
-  const auto free = random_walk(seed, steps);
-  std::vector<Point> chain{{0, 0, 0}};
-  for (std::size_t i = 1; i < free.size(); ++i)
-    chain.push_back(0.7 * chain.back() + (free[i] - free[i - 1]));
-  return chain;
-}
 
 constexpr std::uint64_t kPrime = 2147483647;
 

@@ -3,38 +3,16 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <random>
 
 #include "engine/diagram/code_reduction.hpp"
 #include "engine/diagram/plane_diagram.hpp"
 #include "engine/diagram/projection.hpp"
+#include "engine/random_chains.hpp"
 #include "korvex/directions.hpp"
 #include "korvex/error.hpp"
 
 namespace korvex {
 namespace {
-
-// A right-handed trefoil, cut open between two of its crossings as seen along z.
-std::vector<Point> open_trefoil(int points = 40) {
-  std::vector<Point> chain;
-  for (int i = 0; i <= points; ++i) {
-    const double t = 2 * 3.14159265358979 * (i + 0.35) / (points + 1);
-    chain.push_back(
-        {std::sin(t) + 2 * std::sin(2 * t), std::cos(t) - 2 * std::cos(2 * t), std::sin(3 * t)});
-  }
-  return chain;
-}
-
-std::vector<Point> random_walk(unsigned seed, int steps) {
-  std::mt19937 generator(seed);
-  std::normal_distribution<double> normal;
-  std::vector<Point> chain{{0, 0, 0}};
-  for (int i = 0; i < steps; ++i) {
-    const Point step{normal(generator), normal(generator), normal(generator)};
-    chain.push_back(chain.back() + step);
-  }
-  return chain;
-}
 
 std::optional<GaussCode> open_code(std::span<const Point> chain, const Point& direction) {
   const Projection projection(chain, direction);
@@ -72,7 +50,7 @@ std::size_t faces_of_closed(const GaussCode& code) {
 }
 
 TEST(OpenCode, OfATrefoilSeenAlongItsAxisHasThreePositiveCrossings) {
-  const auto code = open_code(open_trefoil(), {0, 0, 1});
+  const auto code = open_code(trefoil_ring(), {0, 0, 1});
   ASSERT_TRUE(code);
   expect_well_formed(*code);
   ASSERT_EQ(code->size(), 6u);
@@ -197,7 +175,7 @@ TEST(OpenCode, RefusesCoordinatesThatAreNotNumbers) {
 }
 
 TEST(ReducedCode, OfATrefoilKeepsTwoCrossings) {
-  const auto code = open_code(open_trefoil(), {0, 0, 1});
+  const auto code = open_code(trefoil_ring(), {0, 0, 1});
   ASSERT_TRUE(code);
   EXPECT_EQ(reduced(*code).size(), 4u);
   EXPECT_EQ(closed_over(reduced(*code)).size(), 6u);

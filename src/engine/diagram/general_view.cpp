@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <string>
 
@@ -9,13 +10,13 @@
 namespace korvex {
 namespace {
 
-std::vector<Point> shaken(std::span<const Point> chain, unsigned attempt) {
-  constexpr double kPart = 1e-9;
+// Moved by `part` of the extent, each point in a direction of its own.
+std::vector<Point> shaken(std::span<const Point> chain, double part, unsigned attempt) {
   double extent = 0;
   for (const Point& p : chain) extent = std::max(extent, norm(p - chain[0]));
   std::vector<Point> moved(chain.begin(), chain.end());
   for (std::size_t i = 0; i < moved.size(); ++i)
-    moved[i] = moved[i] + kPart * extent * random_direction(attempt, i);
+    moved[i] = moved[i] + part * extent * random_direction(attempt, i);
   return moved;
 }
 
@@ -42,12 +43,12 @@ void require_usable(std::span<const Point> chain) {
 GeneralView general_view(std::span<const Point> chain, const Point& direction, Curve curve) {
   require_usable(chain);
   constexpr unsigned kTurns = 4;
-  constexpr unsigned kShakes = 16;
+  constexpr std::array kShakes{1e-9, 1e-9, 1e-8, 1e-7, 1e-6, 1e-5, 1e-4, 1e-4};
   GeneralView view{{chain.begin(), chain.end()}, direction, Projection(chain, direction, curve)};
   for (unsigned attempt = 0; view.projection.degenerate(); ++attempt) {
-    if (attempt == kTurns + kShakes) refuse();
+    if (attempt == kTurns + kShakes.size()) refuse();
     view.direction = nudged(direction, attempt);
-    if (attempt >= kTurns) view.chain = shaken(chain, attempt);
+    if (attempt >= kTurns) view.chain = shaken(chain, kShakes[attempt - kTurns], attempt);
     view.projection = Projection(view.chain, view.direction, curve);
   }
   return view;

@@ -33,6 +33,28 @@ double unit_scale(std::span<const Point> chain) {
   return extent > 0 ? std::scalbn(1.0, -std::ilogb(extent)) : 1;
 }
 
+// A number and a bound on what rounding did to it.
+struct Area {
+  double value;
+  double error;
+
+  bool clear() const { return std::abs(value) > error; }
+};
+
+bool clearly_same_side(const Area& a, const Area& b) {
+  return (a.value > a.error && b.value > b.error) || (a.value < -a.error && b.value < -b.error);
+}
+
+// Twice the area of the triangle (p, q, r), positive when it turns counter-clockwise. The vertices
+// count as exact: the view is that of the chain they make. (The bound is that of J. R. Shewchuk,
+// Discrete Comput. Geom. 18, 305 (1997), rounded up.)
+template <typename Vertex>
+Area area(const Vertex& p, const Vertex& q, const Vertex& r) {
+  const double left = (q.x - p.x) * (r.y - p.y);
+  const double right = (q.y - p.y) * (r.x - p.x);
+  return {left - right, 2 * kEpsilon * (std::abs(left) + std::abs(right))};
+}
+
 }  // namespace
 
 void Projection::Box::include(const Box& other) {
@@ -68,7 +90,6 @@ void Projection::look_at(std::span<const Point> chain, const Point& direction, C
     const Point p = scale * (point - chain[0]);
     const Vertex vertex{dot(right, p), dot(up, p), dot(direction, p)};
     reach_ = std::max({reach_, std::abs(vertex.x), std::abs(vertex.y)});
-    depth_ = std::max(depth_, std::abs(vertex.height));
     vertices_.push_back(vertex);
   };
   for (std::size_t i = 0; i < chain.size(); ++i) {
@@ -84,11 +105,10 @@ void Projection::look_at(std::span<const Point> chain, const Point& direction, C
   }
 }
 
-Projection::Box Projection::box_of(const Segment& segment) const {
-  const double margin = 8 * kEpsilon * reach_;
+Projection::Box Projection::box_of(const Segment& segment) {
   const auto [left, right] = std::minmax(segment.from.x, segment.to.x);
   const auto [bottom, top] = std::minmax(segment.from.y, segment.to.y);
-  return {left, right + margin, bottom, top + margin};
+  return {left, right, bottom, top};
 }
 
 void Projection::bound_segments() {
@@ -126,35 +146,26 @@ bool Projection::find_meetings(const Segment& with, std::size_t second, Range ot
   return true;
 }
 
-Projection::Pair Projection::test(const Segment& a, const Segment& b, Meeting& meeting) const {
-  // Twice the area of the triangle (p, q, r): positive when it turns counter-clockwise.
-  const auto area = [](const Vertex& p, const Vertex& q, const Vertex& r) {
-    return (q.x - p.x) * (r.y - p.y) - (q.y - p.y) * (r.x - p.x);
-  };
-  // Any vertex lies within (1 + kAway) reaches of the origin.
-  const double error = 32 * (1 + kAway) * (1 + kAway) * kEpsilon * reach_ * reach_;
-  const auto clearly_same_side = [error](double p, double q) {
-    return (p > error && q > error) || (p < -error && q < -error);
-  };
-  const double a_begin = area(b.from, b.to, a.from);
-  const double a_end = area(b.from, b.to, a.to);
+Projection::Pair Projection::test(const Segment& a, const Segment& b, Meeting& meeting) {
+  const Area a_begin = area(b.from, b.to, a.from);
+  const Area a_end = area(b.from, b.to, a.to);
   if (clearly_same_side(a_begin, a_end)) return Pair::kApart;
-  const double b_begin = area(a.from, a.to, b.from);
-  const double b_end = area(a.from, a.to, b.to);
+  const Area b_begin = area(a.from, a.to, b.from);
+  const Area b_end = area(a.from, a.to, b.to);
   if (clearly_same_side(b_begin, b_end)) return Pair::kApart;
-  const double smallest =
-      std::min({std::abs(a_begin), std::abs(a_end), std::abs(b_begin), std::abs(b_end)});
-  if (!(smallest > error)) return Pair::kDegenerate;
-  const double turn = a_begin - a_end;  // of a onto b
-  meeting.at_first = a_begin / turn;
-  meeting.at_second = b_begin / (b_begin - b_end);
-  meeting.error = 2 * error / std::abs(turn);
+  if (!(a_begin.clear() && a_end.clear() && b_begin.clear() && b_end.clear()))
+    return Pair::kDegenerate;
+  const double turn = a_begin.value - a_end.value;  // of a onto b
+  meeting.at_first = a_begin.value / turn;
+  meeting.at_second = b_begin.value / (b_begin.value - b_end.value);
+  const double error = a_begin.error + a_end.error + b_begin.error + b_end.error;
+  meeting.error = 2 * error / std::abs(turn) + 4 * kEpsilon;
   const double a_rise = a.to.height - a.from.height;
   const double b_rise = b.to.height - b.from.height;
   const double a_height = a.from.height + meeting.at_first * a_rise;
   const double b_height = b.from.height + meeting.at_second * b_rise;
-  const double rises = std::abs(a_rise) + std::abs(b_rise);
-  const double doubt = 16 * kEpsilon * (depth_ + rises) + meeting.error * rises;
+  const double doubt = 2 * kEpsilon * (std::abs(a.from.height) + std::abs(b.from.height)) +
+                       (meeting.error + 2 * kEpsilon) * (std::abs(a_rise) + std::abs(b_rise));
   if (!(std::abs(a_height - b_height) > doubt)) return Pair::kDegenerate;
   meeting.first_over = a_height > b_height;
   meeting.positive = meeting.first_over == (turn > 0);

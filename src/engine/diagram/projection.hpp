@@ -85,14 +85,14 @@ class Projection {
   enum class Pair { kApart, kCross, kDegenerate };
 
   void look_at(std::span<const Point> chain, const Point& direction, Curve curve);
-  Box box_of(const Segment& segment) const;
+  static Box box_of(const Segment& segment);
   void bound_segments();
   Segment segment(std::size_t index) const { return {vertices_[index], vertices_[index + 1]}; }
   std::size_t segments() const { return original_.size(); }
   bool find_meetings(std::size_t second, Range others);
   bool find_meetings(const Segment& with, std::size_t second, Range others,
                      std::vector<Meeting>& meetings) const;
-  Pair test(const Segment& a, const Segment& b, Meeting& meeting) const;
+  static Pair test(const Segment& a, const Segment& b, Meeting& meeting);
   bool sort_passages();
   static bool well_apart(const std::vector<Placed>& placed);
   GaussCode coded(const std::vector<Placed>& placed, const std::vector<Meeting>& more,
@@ -103,7 +103,6 @@ class Projection {
   std::vector<std::int32_t> original_;  // number in the chain of each segment kept
   std::vector<std::int32_t> kept_;      // vertex kept for each of the chain
   double reach_ = 0;                    // no coordinate in the plane is larger
-  double depth_ = 0;                    // no height is larger
   std::vector<Box> boxes_;              // of segments
   std::vector<Box> blocks_;             // of blocks of segments
   std::vector<Meeting> meetings_;       // by second segment, then by first
@@ -123,8 +122,8 @@ struct GeneralView {
 
 // The given chain and direction where their view is not degenerate. Where it is, the direction is
 // turned by about 1e-5 rad, and where that does not help (the chain touches itself) the points are
-// moved as well, by about 1e-9 of the chain's extent: the answer is then that of a chain nearby.
-// Throws Error(kInvalidArgument) for a chain that is not usable.
+// moved as well, by 1e-9 of the chain's extent or as little more as helps: the answer is then that
+// of a chain nearby. Throws Error(kInvalidArgument) for a chain that is not usable.
 GeneralView general_view(std::span<const Point> chain, const Point& direction,
                          Curve curve = Curve::kOpen);
 
