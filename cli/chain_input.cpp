@@ -1,0 +1,83 @@
+#include "chain_input.hpp"
+
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstring>
+
+#include "command.hpp"
+
+namespace korvex::cli {
+namespace {
+
+[[noreturn]] void fail(const std::string& reason) {
+  throw Failure(Exit::kSomeInputsFailed, reason);
+}
+
+// Standard input, whole, in memory that has a path. Kept until the program ends.
+class StandardInput {
+ public:
+  StandardInput() : descriptor_(memfd_create("stdin", MFD_CLOEXEC)) {
+    if (descriptor_ < 0) fail(std::strerror(errno));
+    std::array<char, 1 << 16> block;
+    ssize_t size = 0;
+    while ((size = read_block(block)) > 0) append(block.data(), static_cast<std::size_t>(size));
+    if (size < 0) fail(std::strerror(errno));
+  }
+  ~StandardInput() { close(descriptor_); }
+  StandardInput(const StandardInput&) = delete;
+  StandardInput& operator=(const StandardInput&) = delete;
+
+  [[nodiscard]] std::string path() const { return "/proc/self/fd/" + std::to_string(descriptor_); }
+
+ private:
+  static ssize_t read_block(std::array<char, 1 << 16>& block) {
+    ssize_t size = 0;
+    do {
+      size = read(STDIN_FILENO, block.data(), block.size());
+    } while (size < 0 && errno == EINTR);
+    return size;
+  }
+
+  void append(const char* bytes, std::size_t count) const {
+    while (count > 0) {
+      const ssize_t written = write(descriptor_, bytes, count);
+      if (written < 0) fail(std::strerror(errno));
+      bytes += written;
+      count -= static_cast<std::size_t>(written);
+    }
+  }
+
+  int descriptor_;
+};
+
+std::string path_of(const std::string& name) {
+  if (name != "-") return name;
+  static const StandardInput input;
+  return input.path();
+}
+
+std::string why_unreadable(const std::string& path) {
+  struct stat status {};
+  if (stat(path.c_str(), &status) != 0) return std::strerror(errno);
+  if (S_ISDIR(status.st_mode)) return "it is a directory; name a file";
+  if (access(path.c_str(), R_OK) != 0) return std::strerror(errno);
+  if (S_ISREG(status.st_mode) && status.st_size == 0) return "it is empty";
+  return "no chain in it: expected PDB, mmCIF, XYZ or lines 'x y z' or 'id x y z', complete and "
+         "with finite coordinates";
+}
+
+}  // namespace
+
+std::vector<ChainAtom> read_chain(const std::string& name) {
+  std::string path = path_of(name);
+  bool error = false;
+  std::vector<ChainAtom> chain = ChainRead(path.data(), error);
+  if (error || chain.empty()) fail(why_unreadable(path));
+  return chain;
+}
+
+}  // namespace korvex::cli

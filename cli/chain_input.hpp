@@ -1,0 +1,14 @@
+// Chains as the user names them: by a file's path, or "-" for standard input.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "preprocess.h"
+
+namespace korvex::cli {
+
+// Reads the chain called `name`. Throws Failure when there is none to read, with the reason.
+std::vector<ChainAtom> read_chain(const std::string& name);
+
+}  // namespace korvex::cli

@@ -1,0 +1,39 @@
+// What the subcommands share: how they join the command line, and how a run ends.
+#pragma once
+
+#include <CLI/App.hpp>
+#include <functional>
+#include <stdexcept>
+#include <string>
+
+namespace korvex::cli {
+
+enum class Exit {
+  kDone = 0,
+  kSomeInputsFailed = 1,
+  kUsage = 2,
+  kInternal = 3,
+  kInterrupted = 130,
+};
+
+// Ends the work on an input, or the whole run, with one line for the user: what, where, what to do.
+class Failure : public std::runtime_error {
+ public:
+  Failure(Exit status, const std::string& message) : std::runtime_error(message), status_(status) {}
+  [[nodiscard]] Exit status() const { return status_; }
+
+ private:
+  Exit status_;
+};
+
+// The work that the command line asks for; set by the subcommand that was named.
+using Work = std::function<Exit()>;
+
+// Writes `korvex: message` and a line end to standard error.
+void complain(const std::string& message);
+
+// Each adds one subcommand to `app`. Parsing the command line sets `work` when it names that one.
+void add_knot(CLI::App& app, Work& work);
+void add_fingerprint(CLI::App& app, Work& work);
+
+}  // namespace korvex::cli

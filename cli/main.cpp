@@ -1,0 +1,79 @@
+#include <CLI/App.hpp>
+#include <CLI/Config.hpp>
+#include <CLI/Formatter.hpp>
+#include <exception>
+#include <iostream>
+#include <new>
+#include <string>
+
+#include "command.hpp"
+#include "interrupt.hpp"
+
+namespace korvex::cli {
+
+void complain(const std::string& message) { std::cerr << "korvex: " + message + "\n"; }
+
+namespace {
+
+using AddSubcommand = void (*)(CLI::App&, Work&);
+constexpr AddSubcommand kSubcommands[] = {add_knot, add_fingerprint};
+
+std::string one_line_with_advice(const CLI::App* app, const CLI::Error& error) {
+  std::string command = "korvex";
+  for (const CLI::App* named : app->get_subcommands()) command += " " + named->get_name();
+  return "korvex: " + std::string(error.what()) + " (see " + command + " --help)\n";
+}
+
+int as_status(Exit exit) { return static_cast<int>(exit); }
+
+Exit flushed(Exit exit) {
+  std::cout.flush();
+  if (std::cout) return exit;
+  complain("cannot write to standard output");
+  return Exit::kSomeInputsFailed;
+}
+
+Exit guarded(const Work& work) {
+  try {
+    return flushed(work());
+  } catch (const Failure& failure) {
+    complain(failure.what());
+    return failure.status();
+  } catch (const std::bad_alloc&) {
+    complain("out of memory");
+  } catch (const std::exception& error) {
+    complain(std::string("internal error: ") + error.what());
+  }
+  return Exit::kInternal;
+}
+
+int run(int argc, char** argv) {
+  CLI::App app("Which knot does a three-dimensional chain form, and where along it?", "korvex");
+  app.set_version_flag("--version", "korvex " KORVEX_VERSION, "Print the version and exit");
+  app.set_help_flag("-h,--help", "Print this help and exit");
+  app.failure_message(one_line_with_advice);
+  app.footer(
+      "Exit status: 0 done, 1 some inputs failed, 2 usage, 3 internal error, 130 interrupted.");
+
+  Work work;
+  for (const AddSubcommand add : kSubcommands) add(app, work);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& outcome) {
+    const bool asked_for_text = app.exit(outcome) == 0;
+    return as_status(asked_for_text ? flushed(Exit::kDone) : Exit::kUsage);
+  }
+  if (!work) {
+    complain("no subcommand given (see korvex --help)");
+    return as_status(Exit::kUsage);
+  }
+  return as_status(guarded(work));
+}
+
+}  // namespace
+}  // namespace korvex::cli
+
+int main(int argc, char** argv) {
+  korvex::cli::leave_cleanly_when_interrupted();
+  return korvex::cli::run(argc, argv);
+}
