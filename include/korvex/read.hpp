@@ -38,7 +38,7 @@
 namespace korvex {
 
 // Where the bytes come from.
-class KORVEX_API Source {
+class PREPROCESS_API Source {
  public:
   // The file or named pipe at `path`.
   Source(std::string path) : name_(std::move(path)) {}
@@ -91,12 +91,11 @@ struct ResidueRange {
 };
 
 struct ReadOptions {
-  ModelRange models = {};                // default: all
-  std::vector<std::string> chains = {};  // names; empty: all
-  // Name of the atoms that make the chain; element or type in XYZ and LAMMPS files. Empty: CA or P
-  // in PDB, mmCIF and GRO files, every atom elsewhere.
-  std::string atom = {};
-  ResidueRange residues = {};  // default: all
+  ModelRange models;                // default: all
+  std::vector<std::string> chains;  // names; empty: all
+  std::string atom;  // name, or element or type in XYZ and LAMMPS files, of the atoms that make the
+                     // chain; empty: CA or P in PDB, mmCIF and GRO, every atom elsewhere
+  ResidueRange residues;  // default: all
   Numbering numbering = Numbering::kAuthor;
   bool closed = false;  // the last point is joined to the first
   GapPolicy gaps = GapPolicy::kBridge;
@@ -104,11 +103,11 @@ struct ReadOptions {
 
 // Every chain that the options select, in the order of models and of chains in the file. At least
 // one.
-KORVEX_API std::vector<Chain> read_chains(const Source& source, const ReadOptions& options = {});
+PREPROCESS_API std::vector<Chain> read_chains(const Source& source, const ReadOptions& options = {});
 
 // Hands the chains that read_chains would give to `visit` one after another, so that a long
 // trajectory needs the memory of one frame; reading stops when `visit` returns false.
-KORVEX_API void visit_chains(const Source& source, const ReadOptions& options,
+PREPROCESS_API void visit_chains(const Source& source, const ReadOptions& options,
                              const std::function<bool(Chain&&)>& visit);
 
 }  // namespace korvex

@@ -104,7 +104,7 @@ class AtomTable {
     if (const cif::Item* loop = block.find_loop("_atom_site.Cartn_x").item()) {
       line_ = static_cast<std::size_t>(std::max(loop->line_number, 0));
     }
-    if (!table_.ok()) fail("Cartn_x, Cartn_y and Cartn_z must be columns of one _atom_site table");
+    if (!table_.ok()) fail("x, y and z are not columns of one _atom_site table");
     need(kLabelAtom, kAuthAtom, "label_atom_id");
     need(kLabelResidue, kAuthResidue, "label_comp_id");
     need(kLabelChain, kAuthChain, "label_asym_id");
