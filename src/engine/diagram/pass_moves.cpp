@@ -1,5 +1,7 @@
 #include "engine/diagram/pass_moves.hpp"
 
+#include <algorithm>
+
 namespace korvex {
 namespace {
 
@@ -9,6 +11,7 @@ std::size_t at(std::int32_t number) { return static_cast<std::size_t>(number); }
 
 void PassMoves::simplify(GaussCode& code, CodeReduction& reduction) {
   reduction.reduce_closed(code);
+  resume_ = 0;
   while (shorten_some_stretch(code)) reduction.reduce_closed(code);
 }
 
@@ -31,14 +34,23 @@ bool PassMoves::shorten_some_stretch(GaussCode& code) {
   if (code.empty()) return false;
   if (code.front().over == code.back().over) start_at_a_stretch(code);
   diagram_.draw(code, Curve::kClosed);
-  for (std::size_t first = 0, last = 0; first < code.size(); first = last + 1) {
+  // Once round from where the last move was: what lies before it was tried in vain.
+  std::size_t begin = std::min(resume_, code.size() - 1);
+  while (begin > 0 && code[begin].over == code[begin - 1].over) --begin;
+  return shorten_first(code, begin, code.size()) || shorten_first(code, 0, begin);
+}
+
+// Shortens the first stretch of those that begin in from..to-1 that can be.
+bool PassMoves::shorten_first(GaussCode& code, std::size_t from, std::size_t to) {
+  for (std::size_t first = from, last = 0; first < to; first = last + 1) {
     last = first;
     while (last + 1 < code.size() && code[last + 1].over == code[first].over) ++last;
-    const std::size_t length = last - first + 1;
     const std::size_t behind = last + 1 < code.size() ? last + 1 : 0;
-    const auto way = diagram_.way(first, behind, length - 1, PlaneDiagram::Strands{first, behind});
+    const auto way =
+        diagram_.way(first, behind, last - first, PlaneDiagram::Strands{first, behind});
     if (!way) continue;
     lay_anew(code, first, last, *way);
+    resume_ = first;
     return true;
   }
   return false;

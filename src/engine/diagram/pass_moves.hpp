@@ -24,10 +24,12 @@ class PassMoves {
  private:
   void start_at_a_stretch(GaussCode& code);
   bool shorten_some_stretch(GaussCode& code);
+  bool shorten_first(GaussCode& code, std::size_t from, std::size_t to);
   void lay_anew(GaussCode& code, std::size_t first, std::size_t last,
                 std::span<const PlaneDiagram::Step> way);
 
   PlaneDiagram diagram_;
+  std::size_t resume_ = 0;
   GaussCode old_;
   std::vector<std::int32_t> crossed_;  // step of the way across each strand, or -1
   std::vector<std::int32_t> place_;    // new place of each old passage
