@@ -111,17 +111,16 @@ PREPROCESS_API int CloseChain_1direction(std::vector<ChainAtom>& chain);
 // Reduces a chain in place by triangle elimination without changing its knot type: an atom is
 // removed when no other edge meets the triangle that it spans with its two neighbours. Of the atoms
 // that can go always the one goes next whose removal makes the shortest edge (of equals, the first
-// by x, y and z), until none can, so that the result does not depend on where a ring begins or which
-// way it runs unless it visits a place twice. The atoms left keep their order, coordinates and ids.
-// Touching and coplanar edges count as obstacles, and so does every edge that rounding does not
-// show to be clear: what is removed is certain for the coordinates as they are. Atoms that repeat a
-// neighbour's place or lie on the line between their neighbours sweep nothing and always go; the
-// tips of spikes (the chain turns back on its own line) go where no other edge touches them.
-// `closed`: the edge from the last atom to the first belongs to the chain, and 3 atoms are left at
-// least unless some coincide; an open chain keeps both ends. A chain with a coordinate that is not
-// finite is left as it is.
-// Result: the number of atoms left.
-// Method: K. Koniaris and M. Muthukumar, Phys. Rev. Lett. 66, 2211 (1991).
+// by x, y and z), until none can, so that the result does not depend on where a ring begins or
+// which way it runs unless it visits a place twice. The atoms left keep their order, coordinates
+// and ids. Touching and coplanar edges count as obstacles, and so does every edge that rounding
+// does not show to be clear: what is removed is certain for the coordinates as they are. Atoms that
+// repeat a neighbour's place or lie on the line between their neighbours sweep nothing and always
+// go; the tips of spikes (the chain turns back on its own line) go where no other edge touches
+// them. `closed`: the edge from the last atom to the first belongs to the chain, and 3 atoms are
+// left at least unless some coincide; an open chain keeps both ends. A chain with a coordinate that
+// is not finite is left as it is. Result: the number of atoms left. Method: K. Koniaris and M.
+// Muthukumar, Phys. Rev. Lett. 66, 2211 (1991).
 PREPROCESS_API int ChainReduce(std::vector<ChainAtom>& chain, bool closed);
 
 // True when |a - b| < eps; false when either is not a number.

@@ -137,7 +137,10 @@ bool certainly_apart(const Triangle& triangle, Vec3 from, Vec3 to) {
   const Estimate base{(side1.value - side2.value) - (end_height.value - start_height.value),
                       (side1.bound + side2.bound) + (end_height.bound + start_height.bound)};
   const int turn1 = -certain_sign(side1), turn2 = certain_sign(side2), turn3 = certain_sign(base);
-  if (std::max({turn1, turn2, turn3}) > 0 && std::min({turn1, turn2, turn3}) < 0) return true;
+  const int highest = std::max({turn1, turn2, turn3}), lowest = std::min({turn1, turn2, turn3});
+  if (highest > 0 && lowest < 0) return true;
+  const bool crosses_plane = certain_sign(start_height) * certain_sign(end_height) < 0;
+  if (crosses_plane && (lowest > 0 || highest < 0)) return false;
 
   for (const int axis : {0, 1, 2}) {
     if (shadows_apart(shadow(leg1, axis), shadow(leg2, axis), shadow(start, axis),

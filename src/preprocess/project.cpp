@@ -109,12 +109,17 @@ std::vector<Edge> ProjectChain(const std::vector<ChainAtom>& chain, int directio
   const auto place = static_cast<std::size_t>(preprocess::wrap_direction(direction));
   const preprocess::ViewFrame& frame = preprocess::view_frames()[place];
   const std::size_t count = closed ? atoms : atoms - 1;
-  edges.reserve(count);
-  const preprocess::Vec3 first = preprocess::seen_in(frame, chain[0]);
-  preprocess::Vec3 from = first;
+  edges.resize(count);
+  preprocess::Vec3 from = preprocess::seen_in(frame, chain[0]);
   for (std::size_t k = 0; k < count; ++k) {
-    const preprocess::Vec3 to = k + 1 < atoms ? preprocess::seen_in(frame, chain[k + 1]) : first;
-    edges.push_back({from.x, from.y, from.z, to.x, to.y, to.z, {}, 0});
+    const preprocess::Vec3 to = preprocess::seen_in(frame, chain[k + 1 < atoms ? k + 1 : 0]);
+    Edge& edge = edges[k];
+    edge.x1 = from.x;
+    edge.y1 = from.y;
+    edge.z1 = from.z;
+    edge.x2 = to.x;
+    edge.y2 = to.y;
+    edge.z2 = to.z;
     from = to;
   }
   return edges;

@@ -13,23 +13,18 @@
 namespace preprocess {
 namespace {
 
-constexpr std::size_t kNone = std::numeric_limits<std::size_t>::max();
+using Index = std::uint32_t;
+constexpr Index kNone = std::numeric_limits<Index>::max();
 
-// The positions, divided by one power of two so that none is larger than 1.
-std::vector<Vec3> scaled_positions(const std::vector<ChainAtom>& chain) {
+// The power of two that brings all coordinates to 1 at most.
+double scale_of(const std::vector<ChainAtom>& chain) {
   double largest = 0;
   for (const ChainAtom& atom : chain) {
     largest = std::max({largest, std::fabs(atom.x), std::fabs(atom.y), std::fabs(atom.z)});
   }
   int exponent = 0;
   std::frexp(largest, &exponent);
-  std::vector<Vec3> points;
-  points.reserve(chain.size());
-  for (const ChainAtom& atom : chain) {
-    points.push_back({std::ldexp(atom.x, -exponent), std::ldexp(atom.y, -exponent),
-                      std::ldexp(atom.z, -exponent)});
-  }
-  return points;
+  return std::ldexp(1.0, -std::max(exponent, -1000));
 }
 
 // What the removal of a point sweeps: its triangle, or the tip of a spike as a triangle without
@@ -54,82 +49,93 @@ Sweep spike_sweep(const Triangle& t) {
 class Reducer {
  public:
   Reducer(const std::vector<ChainAtom>& chain, bool closed)
-      : points_(scaled_positions(chain)),
-        closed_(closed),
-        left_(points_.size()),
-        before_(left_),
-        after_(left_),
-        version_(left_),
-        waiting_(left_),
-        place_(left_) {
-    for (std::size_t k = 0; k < left_; ++k) {
-      before_[k] = k > 0 ? k - 1 : (closed ? left_ - 1 : kNone);
-      after_[k] = k + 1 < left_ ? k + 1 : (closed ? 0 : kNone);
+      : points_(chain.size()), closed_(closed), left_(chain.size()) {
+    const double scale = scale_of(chain);
+    const auto count = static_cast<Index>(chain.size());
+    for (Index k = 0; k < count; ++k) {
+      Point& point = points_[k];
+      point.at = scale * position(chain[k]);
+      point.before = k > 0 ? k - 1 : (closed ? count - 1 : kNone);
+      point.after = k + 1 < count ? k + 1 : (closed ? 0 : kNone);
     }
+    parked_.reserve(chain.size());
   }
 
-  // Whether each point is left.
-  std::vector<bool> run() {
-    std::vector<bool> kept(points_.size(), true);
-    rebuild_boxes(kept);
+  void run() {
+    rebuild_boxes();
     std::vector<Candidate> all;
-    for (std::size_t k = 0; k < points_.size(); ++k) {
+    all.reserve(2 * points_.size());
+    for (Index k = 0; k < points_.size(); ++k) {
       if (!is_end(k)) all.push_back(candidate(k));
     }
     queue_ = Queue(Later{points_.data()}, std::move(all));
     while (!queue_.empty()) {
       const Candidate next = queue_.top();
       queue_.pop();
-      const std::size_t k = next.point;
-      if (!kept[k] || next.version != version_[k]) continue;
-      const std::size_t witness = obstacle(k);
-      if (witness == k) continue;
+      if (next.version != points_[next.point].version) continue;
+      const Index witness = obstacle(next.point);
+      if (witness == next.point) continue;
       if (witness != kNone) {
-        waiting_[witness].push_back(next);
+        park(next, witness);
         continue;
       }
-      kept[k] = false;
-      remove(k);
-      if (left_ == rebuild_at_) rebuild_boxes(kept);
+      remove(next.point);
+      if (left_ == rebuild_at_) rebuild_boxes();
     }
-    return kept;
   }
 
+  bool is_left(std::size_t k) const { return points_[k].is_left; }
+
  private:
+  struct Point {
+    Vec3 at{};
+    Index before = kNone;
+    Index after = kNone;
+    Index version = 0;          // grows whenever the point's triangle changes
+    Index place = kNone;        // of the edge from this point on, among the boxes
+    Index last_parked = kNone;  // of those that wait for that edge
+    bool is_left = true;
+  };
+
   struct Candidate {
     double length2;  // of the edge that takes the place of two, squared
-    std::uint32_t point;
-    std::uint32_t version;
+    Index point;
+    Index version;
+  };
+
+  struct Parked {
+    Candidate candidate;
+    Index next;  // of those that wait for the same edge
   };
 
   // Equal lengths are ordered by the point's place in space, so that the choice does not depend on
   // where the chain begins or which way it runs.
   struct Later {
-    const Vec3* points;
+    const Point* points;
 
     bool operator()(const Candidate& a, const Candidate& b) const {
       if (a.length2 != b.length2) return a.length2 > b.length2;
-      const Vec3 &p = points[a.point], &q = points[b.point];
+      const Vec3 &p = points[a.point].at, &q = points[b.point].at;
       return std::tie(p.x, p.y, p.z, a.point) > std::tie(q.x, q.y, q.z, b.point);
     }
   };
   using Queue = std::priority_queue<Candidate, std::vector<Candidate>, Later>;
 
-  bool is_end(std::size_t k) const { return before_[k] == kNone || after_[k] == kNone; }
+  const Vec3& at(Index k) const { return points_[k].at; }
 
-  Triangle triangle(std::size_t k) const {
-    return {points_[before_[k]], points_[k], points_[after_[k]]};
-  }
+  bool is_end(Index k) const { return points_[k].before == kNone || points_[k].after == kNone; }
 
-  Candidate candidate(std::size_t k) const {
-    const Vec3 base = points_[after_[k]] - points_[before_[k]];
-    return {dot(base, base), static_cast<std::uint32_t>(k), version_[k]};
+  Triangle triangle(Index k) const { return {at(points_[k].before), at(k), at(points_[k].after)}; }
+
+  Candidate candidate(Index k) const {
+    const Vec3 base = at(points_[k].after) - at(points_[k].before);
+    return {dot(base, base), k, points_[k].version};
   }
 
   Box box_of(std::initializer_list<Vec3> points) const {
     Box box = kEmptyBox;
     for (const Vec3& point : points) {
-      const Vec3 p = point - points_[0];
+      const Vec3 p = point - at(0);
       const std::array<float, 3> q{static_cast<float>(p.x), static_cast<float>(p.y),
                                    static_cast<float>(p.z)};
       box = merged(box, {q, q});
@@ -138,14 +144,15 @@ class Reducer {
   }
 
   // Numbers the edges that are left anew and makes the tree of their boxes.
-  void rebuild_boxes(const std::vector<bool>& kept) {
+  void rebuild_boxes() {
     std::vector<Box> boxes;
+    boxes.reserve(left_);
     first_.clear();
-    for (std::size_t k = 0; k < kept.size(); ++k) {
-      if (!kept[k] || after_[k] == kNone) continue;
-      place_[k] = boxes.size();
+    for (Index k = 0; k < points_.size(); ++k) {
+      if (!is_left(k) || points_[k].after == kNone) continue;
+      points_[k].place = static_cast<Index>(boxes.size());
       first_.push_back(k);
-      boxes.push_back(box_of({points_[k], points_[after_[k]]}));
+      boxes.push_back(box_of({at(k), at(points_[k].after)}));
     }
     boxes_.assign(boxes);
     rebuild_at_ = left_ / 2;
@@ -153,21 +160,21 @@ class Reducer {
 
   // The edge, named by its first point, that keeps point k from being removed; kNone if none does;
   // k itself if the chain is too short to lose it.
-  std::size_t obstacle(std::size_t k) const {
+  Index obstacle(Index k) const {
     const Triangle t = triangle(k);
-    const Bend bend = bend_at(t);
     if (t.tip == t.before || t.tip == t.after) return left_ > 1 ? kNone : k;
     if (left_ <= (closed_ ? 3U : 2U)) return k;
+    const Bend bend = bend_at(t);
     if (bend == Bend::kStraight) return kNone;
     return edge_in_the_way(k, bend == Bend::kSpike ? spike_sweep(t) : Sweep{t, true, true});
   }
 
-  std::size_t edge_in_the_way(std::size_t k, const Sweep& sweep) const {
+  Index edge_in_the_way(Index k, const Sweep& sweep) const {
     const Triangle& t = sweep.triangle;
-    std::size_t witness = kNone;
+    Index witness = kNone;
     boxes_.any_overlap(box_of({t.before, t.tip, t.after}), [&](std::size_t place) {
-      const std::size_t from = first_[place];
-      if (from == k || from == before_[k] || clear_of_edge(k, sweep, from)) return false;
+      const Index from = first_[place];
+      if (from == k || from == points_[k].before || clear_of_edge(k, sweep, from)) return false;
       witness = from;
       return true;
     });
@@ -175,53 +182,56 @@ class Reducer {
   }
 
   // Whether the sweep at point k is certainly clear of the edge from point `from` on.
-  bool clear_of_edge(std::size_t k, const Sweep& sweep, std::size_t from) const {
+  bool clear_of_edge(Index k, const Sweep& sweep, Index from) const {
     const Triangle& t = sweep.triangle;
-    const Vec3 start = points_[from], end = points_[after_[from]];
+    const Index to = points_[from].after;
     const bool spike = t.before == t.after;
-    if (from == after_[k] && sweep.reaches_after) {
-      return certainly_leaves(t.after, t.tip, spike ? t.tip : t.before, end);
+    if (from == points_[k].after && sweep.reaches_after) {
+      return certainly_leaves(t.after, t.tip, spike ? t.tip : t.before, at(to));
     }
-    if (after_[from] == before_[k] && sweep.reaches_before) {
-      return certainly_leaves(t.before, t.tip, spike ? t.tip : t.after, start);
+    if (to == points_[k].before && sweep.reaches_before) {
+      return certainly_leaves(t.before, t.tip, spike ? t.tip : t.after, at(from));
     }
-    return certainly_apart(t, start, end);
+    return certainly_apart(t, at(from), at(to));
   }
 
-  void remove(std::size_t k) {
-    const std::size_t before = before_[k], after = after_[k];
+  void remove(Index k) {
+    const Index before = points_[k].before, after = points_[k].after;
     --left_;
-    after_[before] = after;
-    before_[after] = before;
-    boxes_.erase(place_[k]);
-    boxes_.replace(place_[before], box_of({points_[before], points_[after]}));
-    for (const std::size_t corner : {before, after}) {
-      ++version_[corner];
+    points_[k].is_left = false;
+    points_[before].after = after;
+    points_[after].before = before;
+    boxes_.erase(points_[k].place);
+    boxes_.replace(points_[before].place, box_of({at(before), at(after)}));
+    for (const Index changed : {before, k, after}) ++points_[changed].version;
+    for (const Index corner : {before, after}) {
       if (!is_end(corner)) queue_.push(candidate(corner));
     }
     release(before);
     release(k);
   }
 
-  // Takes up again what waited for the edge that began at point k.
-  void release(std::size_t k) {
-    for (const Candidate& waiting : waiting_[k]) {
-      if (waiting.version == version_[waiting.point]) queue_.push(waiting);
-    }
-    waiting_[k].clear();
+  // Makes a candidate wait for the edge that begins at point `witness`.
+  void park(const Candidate& candidate, Index witness) {
+    parked_.push_back({candidate, points_[witness].last_parked});
+    points_[witness].last_parked = static_cast<Index>(parked_.size() - 1);
   }
 
-  std::vector<Vec3> points_;
+  // Takes up again what waited for the edge that began at point k.
+  void release(Index k) {
+    for (Index p = std::exchange(points_[k].last_parked, kNone); p != kNone; p = parked_[p].next) {
+      const Candidate& waiting = parked_[p].candidate;
+      if (waiting.version == points_[waiting.point].version) queue_.push(waiting);
+    }
+  }
+
+  std::vector<Point> points_;
   bool closed_;
   std::size_t left_;
-  std::vector<std::size_t> before_;
-  std::vector<std::size_t> after_;
-  std::vector<std::uint32_t> version_;           // of a point's triangle
-  std::vector<std::vector<Candidate>> waiting_;  // by the first point of the witness
   Queue queue_{Later{points_.data()}};
+  std::vector<Parked> parked_;  // lists linked by `next`
   EdgeBoxes boxes_;
-  std::vector<std::size_t> place_;  // of the edge that begins at a point
-  std::vector<std::size_t> first_;  // point of the edge at a place
+  std::vector<Index> first_;  // point of the edge at a place
   std::size_t rebuild_at_ = 0;
 };
 
@@ -230,9 +240,10 @@ class Reducer {
 
 int ChainReduce(std::vector<ChainAtom>& chain, bool closed) {
   if (chain.size() > 1 && preprocess::all_finite(chain)) {
-    const std::vector<bool> kept = preprocess::Reducer(chain, closed).run();
+    preprocess::Reducer reducer(chain, closed);
+    reducer.run();
     std::size_t next = 0;
-    std::erase_if(chain, [&](const ChainAtom&) { return !kept[next++]; });
+    std::erase_if(chain, [&](const ChainAtom&) { return !reducer.is_left(next++); });
   }
   return static_cast<int>(chain.size());
 }

@@ -17,7 +17,7 @@ std::vector<Vec3> positions_below_one(const std::vector<ChainAtom>& chain) {
   for (const ChainAtom& a : chain) {
     largest = std::max({largest, std::fabs(a.x), std::fabs(a.y), std::fabs(a.z)});
   }
-  const int exponent = largest > 0 ? std::ilogb(largest) + 1 : 0;
+  const int exponent = largest > 0 ? std::max(std::ilogb(largest) + 1, -1000) : 0;
   std::vector<Vec3> points;
   for (const ChainAtom& a : chain) {
     points.push_back(
