@@ -86,8 +86,7 @@ PREPROCESS_API std::vector<Edge> ProjectChain(const std::vector<ChainAtom>& chai
 //   -1  this attempt failed, by an accident of chance such as a point in line with both ends; the
 //       chain is unchanged and may be tried again. The next attempt draws new points.
 //   -2  no attempt can succeed and the chain is unchanged: a coordinate is not finite, the factor
-//   is
-//       not a finite number of at least 1.001, or a new atom would be beyond the range of double.
+//       is not a finite number of at least 1.001, or the sphere leaves the range of double.
 // Randomness comes from `rand()` alone, two draws a random point. O(n).
 
 // Carries both ends straight outwards from the centre to the sphere of `factor` times the radius
@@ -113,14 +112,16 @@ PREPROCESS_API int CloseChain_1direction(std::vector<ChainAtom>& chain);
 // that can go always the one goes next whose removal makes the shortest edge (of equals, the first
 // by x, y and z), until none can, so that the result does not depend on where a ring begins or
 // which way it runs unless it visits a place twice. The atoms left keep their order, coordinates
-// and ids. Touching and coplanar edges count as obstacles, and so does every edge that rounding
-// does not show to be clear: what is removed is certain for the coordinates as they are. Atoms that
-// repeat a neighbour's place or lie on the line between their neighbours sweep nothing and always
-// go; the tips of spikes (the chain turns back on its own line) go where no other edge touches
-// them. `closed`: the edge from the last atom to the first belongs to the chain, and 3 atoms are
-// left at least unless some coincide; an open chain keeps both ends. A chain with a coordinate that
-// is not finite is left as it is. Result: the number of atoms left. Method: K. Koniaris and M.
-// Muthukumar, Phys. Rev. Lett. 66, 2211 (1991).
+// and ids.
+// Touching and coplanar edges count as obstacles, and so does every edge that rounding does not
+// show to be clear: what is removed is certain for the coordinates as they are. Atoms that repeat a
+// neighbour's place or lie on the line between their neighbours sweep nothing and always go; the
+// tips of spikes (the chain turns back on its own line) go where no other edge touches them.
+// `closed`: the edge from the last atom to the first belongs to the chain, and 3 atoms are left at
+// least unless some coincide; an open chain keeps both ends. A chain with a coordinate that is not
+// finite is left as it is.
+// Result: the number of atoms left. Cost: about n log n for chains of short edges, n^3 at worst.
+// Method: K. Koniaris and M. Muthukumar, Phys. Rev. Lett. 66, 2211 (1991).
 PREPROCESS_API int ChainReduce(std::vector<ChainAtom>& chain, bool closed);
 
 // True when |a - b| < eps; false when either is not a number.

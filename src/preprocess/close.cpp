@@ -15,6 +15,8 @@ constexpr int kImpossible = -2;
 
 // Below this factor the arcs would need so many chords that the caller hardly means it.
 constexpr double kSmallestFactor = 1.001;
+// Distances to this many times the sphere's radius are formed on the way.
+constexpr double kRoom = 8;
 // The plane on which parallel rays are joined lies this many radii from the centre.
 constexpr double kRayReach = 1.25;
 // Directions nearer to each other than this angle, in radians, count as one, and directions that
@@ -92,7 +94,9 @@ std::optional<int> settle(const std::vector<ChainAtom>& chain, double factor, Ba
   if (position(chain.front()) == position(chain.back())) return kClosed;
   if (!(factor >= kSmallestFactor) || !std::isfinite(factor)) return kImpossible;
   ball = ball_of(chain);
-  if (!is_finite(ball.centre) || !std::isnormal(factor * ball.radius)) return kImpossible;
+  const double room = kRoom * factor * ball.radius;
+  const bool in_range = std::isnormal(ball.radius) && std::isfinite(room);
+  if (!is_finite(ball.centre) || !in_range) return kImpossible;
   return std::nullopt;
 }
 

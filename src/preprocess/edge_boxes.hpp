@@ -69,10 +69,10 @@ class EdgeBoxes {
   static std::array<std::uint8_t, kFan> overlaps(const Node& node, const Box& box) {
     std::array<std::uint8_t, kFan> result;
     for (std::size_t c = 0; c < kFan; ++c) {
-      result[c] = static_cast<std::uint8_t>(
-          (node.low[0][c] <= box.high[0]) & (node.high[0][c] >= box.low[0]) &
-          (node.low[1][c] <= box.high[1]) & (node.high[1][c] >= box.low[1]) &
-          (node.low[2][c] <= box.high[2]) & (node.high[2][c] >= box.low[2]));
+      const auto along = [&](std::size_t axis) {
+        return int{node.low[axis][c] <= box.high[axis]} & int{node.high[axis][c] >= box.low[axis]};
+      };
+      result[c] = static_cast<std::uint8_t>(along(0) & along(1) & along(2));
     }
     return result;
   }

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cmath>
 #include <cstdlib>
 #include <limits>
 
@@ -80,7 +81,8 @@ Chain any_chain(std::uint64_t seed) {
   }
 }
 
-bool same_bits(double a, double b) {
+bool same_bits(double a, double b) {  // the sign of what is not a number is free
+  if (std::isnan(a) || std::isnan(b)) return std::isnan(a) && std::isnan(b);
   return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b);
 }
 
