@@ -6,6 +6,7 @@
 
 #include "alexander/stored_polynomial.hpp"
 #include "recognition/ordinals.hpp"
+#include "reference/preprocess.hpp"
 #include "reference/reference.hpp"
 
 namespace reference {
@@ -30,7 +31,7 @@ int ordinal_in_direction(const std::vector<ChainAtom>& chain, int direction) {
 int FindTheKnotInParticularDirection_poly(std::vector<ChainAtom> chain, polynomial<int>& poly,
                                           double& value, int direction, int maxCrossings) {
   FillKnotsArray();
-  std::vector<Edge> edges = ProjectChain(chain, direction, true);
+  std::vector<Edge> edges = reference::ProjectChain(chain, direction, true);
   std::vector<Crossing> crossings;
   if (reference::FindAllCrossings(edges, crossings, true) != 0) return 1;
   reference::FillCrossings(edges, crossings);
@@ -91,7 +92,7 @@ std::vector<ChainAtom> closed_and_reduced(const std::vector<ChainAtom>& chain, i
     default:
       break;
   }
-  ::ChainReduce(work, true);
+  reference::ChainReduce(work, true);
   return work;
 }
 
