@@ -7,8 +7,11 @@
 #include <array>
 #include <cerrno>
 #include <cstring>
+#include <fstream>
 
 #include "command.hpp"
+#include "korvex/error.hpp"
+#include "korvex/read.hpp"
 
 namespace korvex::cli {
 namespace {
@@ -21,11 +24,11 @@ namespace {
 class StandardInput {
  public:
   StandardInput() : descriptor_(memfd_create("stdin", MFD_CLOEXEC)) {
-    if (descriptor_ < 0) fail(std::strerror(errno));
-    std::array<char, 1 << 16> block;
+    if (descriptor_ < 0) fail("-: " + std::string(std::strerror(errno)));
+    std::array<char, 1 << 16> block{};
     ssize_t size = 0;
     while ((size = read_block(block)) > 0) append(block.data(), static_cast<std::size_t>(size));
-    if (size < 0) fail(std::strerror(errno));
+    if (size < 0) fail("-: " + std::string(std::strerror(errno)));
   }
   ~StandardInput() { close(descriptor_); }
   StandardInput(const StandardInput&) = delete;
@@ -45,7 +48,7 @@ class StandardInput {
   void append(const char* bytes, std::size_t count) const {
     while (count > 0) {
       const ssize_t written = write(descriptor_, bytes, count);
-      if (written < 0) fail(std::strerror(errno));
+      if (written < 0) fail("-: " + std::string(std::strerror(errno)));
       bytes += written;
       count -= static_cast<std::size_t>(written);
     }
@@ -60,14 +63,21 @@ std::string path_of(const std::string& name) {
   return input.path();
 }
 
-std::string why_unreadable(const std::string& path) {
+// What is wrong with the file at `path`, called `name`: the system's reason, or the place where the
+// engine's reader gets stuck.
+std::string why_unreadable(const std::string& path, const std::string& name) {
   struct stat status {};
-  if (stat(path.c_str(), &status) != 0) return std::strerror(errno);
-  if (S_ISDIR(status.st_mode)) return "it is a directory; name a file";
-  if (access(path.c_str(), R_OK) != 0) return std::strerror(errno);
-  if (S_ISREG(status.st_mode) && status.st_size == 0) return "it is empty";
-  return "no chain in it: expected PDB, mmCIF, XYZ or lines 'x y z' or 'id x y z', complete and "
-         "with finite coordinates";
+  if (stat(path.c_str(), &status) != 0) return name + ": " + std::strerror(errno);
+  if (S_ISDIR(status.st_mode)) return name + ": it is a directory; name a file";
+  if (access(path.c_str(), R_OK) != 0) return name + ": " + std::strerror(errno);
+  if (S_ISREG(status.st_mode) && status.st_size == 0) return name + ": it is empty";
+  try {
+    std::ifstream file(path, std::ios::binary);
+    read_chains(Source::stream(file, name));
+  } catch (const Error& error) {
+    return error.what();
+  }
+  return name + ": no chain in it: expected PDB, mmCIF, XYZ or lines 'x y z' or 'id x y z'";
 }
 
 }  // namespace
@@ -76,7 +86,7 @@ std::vector<ChainAtom> read_chain(const std::string& name) {
   std::string path = path_of(name);
   bool error = false;
   std::vector<ChainAtom> chain = ChainRead(path.data(), error);
-  if (error || chain.empty()) fail(why_unreadable(path));
+  if (error || chain.empty()) fail(why_unreadable(path, name));
   return chain;
 }
 

@@ -8,7 +8,8 @@
 
 namespace korvex::cli {
 
-// Reads the chain called `name`. Throws Failure when there is none to read, with the reason.
+// Reads the chain called `name`. Throws Failure when there is none to read, with its name and the
+// reason.
 std::vector<ChainAtom> read_chain(const std::string& name);
 
 }  // namespace korvex::cli

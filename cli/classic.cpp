@@ -13,14 +13,15 @@ constexpr int kUnusable = 40;  // ordinal of a projection that gives no answer
 constexpr double kFactor = 1.25;
 constexpr std::size_t kFewestAtoms = 3;
 
-[[noreturn]] void fail(const std::string& reason) {
-  throw Failure(Exit::kSomeInputsFailed, reason);
+[[noreturn]] void fail(const std::string& name, const std::string& reason) {
+  throw Failure(Exit::kSomeInputsFailed, name + ": " + reason);
 }
 
-void require_atoms(const std::vector<ChainAtom>& chain) {
+void require_atoms(const std::string& name, const std::vector<ChainAtom>& chain) {
   if (chain.size() >= kFewestAtoms) return;
-  fail("a chain of " + std::to_string(chain.size()) + (chain.size() == 1 ? " atom" : " atoms") +
-       " cannot be closed into a loop; at least 3 are needed");
+  fail(name, "a chain of " + std::to_string(chain.size()) +
+                 (chain.size() == 1 ? " atom" : " atoms") +
+                 " cannot be closed into a loop; at least 3 are needed");
 }
 
 bool close(std::vector<ChainAtom>& chain, Closure closure) {
@@ -39,14 +40,15 @@ bool close(std::vector<ChainAtom>& chain, Closure closure) {
   return true;
 }
 
-std::vector<ChainAtom> closed(const std::vector<ChainAtom>& chain, Closure closure) {
+std::vector<ChainAtom> closed(const std::string& name, const std::vector<ChainAtom>& chain,
+                              Closure closure) {
   constexpr int kAttempts = 1000;
   for (int attempt = 0; attempt < (is_random(closure) ? kAttempts : 1); ++attempt) {
     std::vector<ChainAtom> work = chain;
     if (close(work, closure)) return work;
   }
-  fail("closure '" + name_of(closure, kClosures) +
-       "' cannot close this chain: do its atoms coincide?");
+  fail(name, "closure '" + name_of(closure, kClosures) +
+                 "' cannot close this chain: do its atoms coincide?");
 }
 
 bool has_usable_projection(std::vector<ChainAtom> chain) {
@@ -60,13 +62,13 @@ bool has_usable_projection(std::vector<ChainAtom> chain) {
 
 // FindMajorKnot tries for ever to close and to project, so that one trial of each comes first, with
 // an end to it.
-void require_answer(const std::vector<ChainAtom>& chain, Closure closure) {
+void require_answer(const std::string& name, const std::vector<ChainAtom>& chain, Closure closure) {
   constexpr int kClosures = 10;
-  require_atoms(chain);
+  require_atoms(name, chain);
   for (int i = 0; i < (is_random(closure) ? kClosures : 1); ++i) {
-    if (has_usable_projection(closed(chain, closure))) return;
+    if (has_usable_projection(closed(name, chain, closure))) return;
   }
-  fail("no projection of this chain has a usable determinant: it is too entangled");
+  fail(name, "no projection of this chain has a usable determinant: it is too entangled");
 }
 
 std::vector<Vote> ranking(const Counts& counts) {
@@ -101,11 +103,11 @@ unsigned choose_seed(std::optional<unsigned> given) {
 
 int determinations(Closure closure, int trials) { return is_random(closure) ? trials : 1; }
 
-Answer determine(const std::vector<ChainAtom>& chain, Closure closure, int trials, unsigned seed,
-                 const OnTrial& on_trial) {
+Answer determine(const std::string& name, const std::vector<ChainAtom>& chain, Closure closure,
+                 int trials, unsigned seed, const OnTrial& on_trial) {
   FillKnotsArray();
   std::srand(seed);
-  require_answer(chain, closure);
+  require_answer(name, chain, closure);
   std::srand(seed);
   Counts counts = {};
   const int total = determinations(closure, trials);
@@ -120,15 +122,15 @@ Answer determine(const std::vector<ChainAtom>& chain, Closure closure, int trial
   return {ranking(counts), text};
 }
 
-void write_fingerprint(const std::vector<ChainAtom>& chain, std::fstream& out,
-                       const FingerprintSettings& settings, unsigned seed) {
+void write_fingerprint(const std::string& name, const std::vector<ChainAtom>& chain,
+                       std::fstream& out, const FingerprintSettings& settings, unsigned seed) {
   constexpr int kMostCrossings = 15;  // of a diagram whose polynomial is listed
   constexpr unsigned long long kBatchForProgress = 4 << 20;  // batches decide nothing but the pace
-  require_atoms(chain);
+  require_atoms(name, chain);
   const unsigned long long least = smallest_batch(chain, settings.trials);
   if (settings.memory < least) {
-    fail("one sub-chain with " + std::to_string(settings.trials) + " trials needs --memory " +
-         std::to_string(least) + " or more");
+    fail(name, "one sub-chain with " + std::to_string(settings.trials) + " trials needs --memory " +
+                   std::to_string(least) + " or more");
   }
   FillKnotsArray();
   std::srand(seed);

@@ -47,15 +47,16 @@ unsigned choose_seed(std::optional<unsigned> given);
 // The determinations made for so many trials: random closures differ, the others are made once.
 int determinations(Closure closure, int trials);
 
-// Votes over the closures of `chain`. Starts from `srand(seed)`, so that the answer depends on
-// nothing that ran before. Throws Failure for a chain that has no answer: fewer than 3 atoms,
-// impossible to close, or without a usable projection.
-Answer determine(const std::vector<ChainAtom>& chain, Closure closure, int trials, unsigned seed,
-                 const OnTrial& on_trial);
+// Votes over the closures of `chain`, which messages call `name`. Starts from `srand(seed)`, so
+// that the answer depends on nothing that ran before. Throws Failure for a chain that has no
+// answer: fewer than 3 atoms, impossible to close, or without a usable projection.
+Answer determine(const std::string& name, const std::vector<ChainAtom>& chain, Closure closure,
+                 int trials, unsigned seed, const OnTrial& on_trial);
 
-// Writes the fingerprint of `chain` to `out`, from `srand(seed)` on. Throws Failure for a chain of
-// fewer than 3 atoms, and where the memory given is too small for one sub-chain.
-void write_fingerprint(const std::vector<ChainAtom>& chain, std::fstream& out,
-                       const FingerprintSettings& settings, unsigned seed);
+// Writes the fingerprint of `chain`, which messages call `name`, to `out`, from `srand(seed)` on.
+// Throws Failure for a chain of fewer than 3 atoms, and where the memory given is too small for one
+// sub-chain.
+void write_fingerprint(const std::string& name, const std::vector<ChainAtom>& chain,
+                       std::fstream& out, const FingerprintSettings& settings, unsigned seed);
 
 }  // namespace korvex::cli::classic

@@ -38,25 +38,23 @@ struct FingerprintOptions {
 void report(const FingerprintOptions& options, std::size_t atoms, unsigned seed) {
   std::ostream& out = options.output == "-" ? std::cerr : std::cout;
   out << "# " << options.file << ": " << atoms << " atoms, closure "
-      << name_of(options.closure, kClosures) << ", " << options.trials << " trials, step "
-      << options.step << ", threshold " << options.threshold << " %, seed " << seed << "\n";
+      << name_of(options.closure, kClosures) << ", " << options.trials
+      << (options.trials == 1 ? " trial" : " trials") << ", step " << options.step << ", threshold "
+      << options.threshold << " %, seed " << seed << "\n";
 }
 
 Exit run_fingerprint(const FingerprintOptions& options) {
   OutputFile output(options.output);
   const unsigned seed = classic::choose_seed(options.seed);
-  std::vector<ChainAtom> chain;
-  try {
-    chain = read_chain(options.file);
+  const std::vector<ChainAtom> chain = read_chain(options.file);
+  {
     FingerprintProgress progress(options.trials);
     const LibraryLog log(options.verbose ? shown_if(true)
                                          : [&](const std::string& line) { progress.follow(line); });
-    classic::write_fingerprint(chain, output.stream(),
+    classic::write_fingerprint(options.file, chain, output.stream(),
                                {options.closure, options.trials, options.step, options.threshold,
                                 options.mode == Mode::kMatrix, options.memory},
                                seed);
-  } catch (const Failure& failure) {
-    throw Failure(failure.status(), options.file + ": " + failure.what());
   }
   output.publish();
   report(options, chain.size(), seed);

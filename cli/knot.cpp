@@ -18,7 +18,7 @@ namespace {
 
 struct KnotOptions {
   std::vector<std::string> files;
-  Closure closure = Closure::kTwoPoints;
+  Closure closure = Closure::kDirection;
   int trials = 100;
   std::optional<unsigned> seed;
   bool check = false;
@@ -37,7 +37,7 @@ KnotResult answer_one(const std::string& file, const KnotOptions& options, unsig
   }
   Progress progress;
   result.answer =
-      classic::determine(chain, options.closure, options.trials, seed,
+      classic::determine(file, chain, options.closure, options.trials, seed,
                          [&](int done, int total) { progress.show(file, done, total, "trials"); });
   return result;
 }
@@ -53,7 +53,7 @@ Exit run_knot(const KnotOptions& options) {
     try {
       report.add(answer_one(file, options, seed));
     } catch (const Failure& failure) {
-      complain(file + ": " + failure.what());
+      complain(failure.what());
       exit = failure.status();
     } catch (const std::bad_alloc&) {
       complain(file + ": there is not enough memory for this chain");

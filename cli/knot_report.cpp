@@ -41,6 +41,7 @@ KnotReport::KnotReport(std::ostream& out, ReportFormat format, KnotSettings sett
   } else {
     out_ << "[";
   }
+  out_ << std::flush;
 }
 
 void KnotReport::add(const KnotResult& result) {

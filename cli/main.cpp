@@ -75,5 +75,9 @@ int run(int argc, char** argv) {
 
 int main(int argc, char** argv) {
   korvex::cli::leave_cleanly_when_interrupted();
-  return korvex::cli::run(argc, argv);
+  try {
+    return korvex::cli::run(argc, argv);
+  } catch (...) {
+    return static_cast<int>(korvex::cli::Exit::kInternal);
+  }
 }

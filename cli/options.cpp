@@ -21,18 +21,17 @@ std::optional<unsigned long long> parsed_size(const std::string& text) {
 }  // namespace
 
 CLI::Validator within(long long least, long long most) {
-  return CLI::Validator(
-      [least, most](const std::string& text) {
-        long long value = 0;
-        const char* end = text.data() + text.size();
-        const auto [rest, error] = std::from_chars(text.data(), end, value);
-        if (error == std::errc() && rest == end && least <= value && value <= most) {
-          return std::string();
-        }
-        return "'" + text + "' is not a whole number from " + std::to_string(least) + " to " +
-               std::to_string(most);
-      },
-      "");
+  return {[least, most](const std::string& text) {
+            long long value = 0;
+            const char* end = text.data() + text.size();
+            const auto [rest, error] = std::from_chars(text.data(), end, value);
+            if (error == std::errc() && rest == end && least <= value && value <= most) {
+              return std::string();
+            }
+            return "'" + text + "' is not a whole number from " + std::to_string(least) + " to " +
+                   std::to_string(most);
+          },
+          ""};
 }
 
 CLI::Option* add_memory(CLI::App& command, unsigned long long& bytes,

@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <iostream>
 #include <system_error>
+#include <utility>
 
 #include "command.hpp"
 #include "interrupt.hpp"
@@ -38,7 +39,7 @@ bool reached_the_disk(const std::string& path) {
 
 }  // namespace
 
-OutputFile::OutputFile(const std::string& name) : name_(name) {
+OutputFile::OutputFile(std::string name) : name_(std::move(name)) {
   choose_destination();
   open_partial_file();
 }

@@ -13,7 +13,7 @@ class OutputFile {
  public:
   // Throws Failure when nothing can be written to `name`: its directory is missing or not writable,
   // it is a directory, or it is there and write-protected.
-  explicit OutputFile(const std::string& name);
+  explicit OutputFile(std::string name);
 
   // Removes the partial file, unless it was published.
   ~OutputFile();
