@@ -91,11 +91,12 @@ struct ResidueRange {
 };
 
 struct ReadOptions {
-  ModelRange models;                // default: all
-  std::vector<std::string> chains;  // names; empty: all
-  std::string atom;  // name, or element or type in XYZ and LAMMPS files, of the atoms that make the
-                     // chain; empty: CA or P in PDB, mmCIF and GRO, every atom elsewhere
-  ResidueRange residues;  // default: all
+  ModelRange models = {};                // default: all
+  std::vector<std::string> chains = {};  // names; empty: all
+  // Name of the atoms that make the chain; element or type in XYZ and LAMMPS files. Empty: CA or P
+  // in PDB, mmCIF and GRO files, every atom elsewhere.
+  std::string atom = {};
+  ResidueRange residues = {};  // default: all
   Numbering numbering = Numbering::kAuthor;
   bool closed = false;  // the last point is joined to the first
   GapPolicy gaps = GapPolicy::kBridge;
