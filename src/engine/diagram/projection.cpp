@@ -86,7 +86,7 @@ void Projection::look_at(std::span<const Point> chain, const Point& direction, C
   vertices_.reserve(chain.size() + 1);
   kept_.reserve(chain.size());
   original_.reserve(chain.size());
-  const auto add = [&](const Point& point) {
+  const auto add = [&, right = right, up = up](const Point& point) {
     const Point p = scale * (point - chain[0]);
     const Vertex vertex{dot(right, p), dot(up, p), dot(direction, p)};
     reach_ = std::max({reach_, std::abs(vertex.x), std::abs(vertex.y)});
