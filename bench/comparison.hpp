@@ -2,9 +2,9 @@
 #pragma once
 
 #include <benchmark/benchmark.h>
+#include <time.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -19,9 +19,11 @@ inline std::uint64_t next_seed() {
   return ++seed;
 }
 
-inline double now() {  // seconds
-  using std::chrono::duration;
-  return duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+// Seconds of processor time of this thread, which other programs on the machine do not lengthen.
+inline double now() {
+  timespec time{};
+  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+  return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
 }
 
 // Seconds that `run` takes for all of `inputs`.
@@ -39,7 +41,7 @@ double time_all(std::vector<Input>& inputs, Run& run) {
 template <class Make, class Fast, class Plain, class Same>
 void measure(benchmark::State& state, Make& make, Fast& fast, Plain& plain, Same& same) {
   constexpr double kBudget = 0.08;
-  constexpr double kReadable = 50e-6;
+  constexpr double kReadable = 100e-6;
   constexpr std::size_t kLargestBatch = 512;
   double fast_seconds = 0;
   double plain_seconds = 0;
