@@ -19,7 +19,7 @@ std::string shown(double value) {
   std::array<char, 32> digits{};
   const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value,
                                  std::chars_format::general, 6);
-  return std::string(digits.data(), end.ptr);
+  return {digits.data(), end.ptr};
 }
 
 }  // namespace

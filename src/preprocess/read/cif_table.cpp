@@ -51,10 +51,10 @@ CifTable take_table(cif::Block& block, const std::string& category) {
       for (const std::string& tag : item.loop.tags) {
         tags.push_back(gemmi::istarts_with(tag, category) ? column(tag) : std::string());
       }
-      return CifTable(std::move(tags), std::move(item.loop.values), line_of(item));
+      return {std::move(tags), std::move(item.loop.values), line_of(item)};
     }
   }
-  return CifTable(std::move(tags), std::move(values), line);
+  return {std::move(tags), std::move(values), line};
 }
 
 }  // namespace

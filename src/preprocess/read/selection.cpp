@@ -54,7 +54,7 @@ std::string shown(double value) {
   std::array<char, 32> digits{};
   const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value,
                                  std::chars_format::general, 4);
-  return std::string(digits.data(), end.ptr);
+  return {digits.data(), end.ptr};
 }
 
 // "gap of 9.53 (median bond 3.802) after HIS 160 of chain A, model 1"
