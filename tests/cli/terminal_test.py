@@ -12,7 +12,7 @@ import sys
 import tempfile
 import unittest
 
-KORVEX = sys.argv.pop(1)
+KORVEX = os.path.abspath(sys.argv.pop(1))
 DATA = pathlib.Path(__file__).resolve().parent.parent.parent / "data"
 PROTEIN = str(DATA / "proteins" / "2efv_CA.pdb")
 ENDLESS = ["--trials", "100000", "--step", "1"]
