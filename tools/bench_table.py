@@ -32,18 +32,35 @@ def read_bars(path):
     return bars
 
 
+def plain_name(name):
+    """A benchmark's name without what the library appends to it."""
+    return re.sub(r"/(iterations:\d+|manual_time|real_time|repeats:\d+)", "", name)
+
+
+def chosen(program, pattern):
+    """The benchmarks whose names, as the table shows them, match, and a filter for just these."""
+    listed = subprocess.run([program, "--benchmark_list_tests"], stdout=subprocess.PIPE, check=True,
+                            text=True).stdout.split()
+    names = [name for name in listed if re.search(pattern, plain_name(name))]
+    if not names:
+        sys.exit(f"no benchmark matches {pattern}")
+    exact = (re.sub(r"([][.+*?(){}^$|\\])", r"\\\1", name) for name in names)
+    return [plain_name(name) for name in names], "^(" + "|".join(exact) + ")$"
+
+
 def run(program, pattern, repetitions):
-    """Medians of every benchmark's quantities, by name, in order of first appearance."""
+    """Medians of every benchmark's quantities, by name, in the order of registration."""
+    names, exactly = chosen(program, pattern)
     command = [
         program,
-        f"--benchmark_filter={pattern}",
+        f"--benchmark_filter={exactly}",
         f"--benchmark_repetitions={repetitions}",
         "--benchmark_enable_random_interleaving=true",
         "--benchmark_format=json",
     ]
     done = subprocess.run(command, stdout=subprocess.PIPE, check=False)
     if done.returncode != 0 or not done.stdout.strip():
-        sys.exit(f"{program} failed with status {done.returncode}, or nothing matches the filter")
+        sys.exit(f"{program} failed with status {done.returncode}")
     not_counters = {
         "family_index", "per_family_instance_index", "repetitions", "repetition_index",
         "threads", "iterations", "real_time", "cpu_time",
@@ -52,7 +69,7 @@ def run(program, pattern, repetitions):
     for entry in json.loads(done.stdout)["benchmarks"]:
         if entry.get("error_occurred"):
             sys.exit(f"{entry['name']}: {entry.get('error_message', 'failed')}")
-        name = re.sub(r"/(iterations:\d+|manual_time|real_time|repeats:\d+)", "", entry["run_name"])
+        name = plain_name(entry["run_name"])
         if entry.get("aggregate_name") != "median" and repetitions > 1:
             continue
         factor = {"ns": 1e-3, "us": 1.0, "ms": 1e3, "s": 1e6}[entry["time_unit"]]
@@ -61,7 +78,7 @@ def run(program, pattern, repetitions):
             if key not in not_counters and isinstance(value, (int, float)):
                 figures[key] = value
         medians[name] = figures
-    return medians
+    return {name: medians[name] for name in names}
 
 
 def machine():
