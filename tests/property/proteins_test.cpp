@@ -1,0 +1,58 @@
+// Proteins whose knots are known, from file to name.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <string>
+
+#include "korvex.h"
+
+namespace {
+
+struct Protein {
+  const char* file;
+  int ordinal;
+};
+
+class Proteins : public testing::TestWithParam<Protein> {};
+
+std::array<int, 42> votes(const char* file, int closure, int trials) {
+  std::string path = std::string(KORVEX_DATA_DIR) + "/proteins/" + file;
+  bool error = true;
+  const std::vector<ChainAtom> chain = ChainRead(path.data(), error);
+  EXPECT_FALSE(error);
+  std::array<int, 42> counts{};
+  std::srand(20);
+  FindMajorKnot(chain, counts.data(), closure, trials);
+  return counts;
+}
+
+TEST_P(Proteins, HaveTheirKnotByOutwardClosure) {
+  EXPECT_EQ(votes(GetParam().file, 1, 1)[static_cast<std::size_t>(GetParam().ordinal)], 1);
+}
+
+TEST_P(Proteins, HaveTheirKnotByAClearMajorityOfDirections) {
+  const auto counts = votes(GetParam().file, 4, 60);
+  EXPECT_GT(counts[static_cast<std::size_t>(GetParam().ordinal)], 36);
+}
+
+TEST_P(Proteins, HaveTheirKnotAsTheLeaderOfTwoPointClosures) {
+  const auto counts = votes(GetParam().file, 2, 100);
+  EXPECT_EQ(std::max_element(counts.begin(), counts.end()) - counts.begin(), GetParam().ordinal);
+}
+
+INSTANTIATE_TEST_SUITE_P(, Proteins,
+                         testing::Values(Protein{"1ca2.pdb", 1}, Protein{"4yvi.cif", 1},
+                                         Protein{"1ztu.pdb", 2}, Protein{"1xd3_A_bound.pdb", 4},
+                                         Protein{"2efv_CA.pdb", 1}, Protein{"1ubq.pdb", 0},
+                                         Protein{"1crn.pdb", 0}, Protein{"1crn.cif", 0},
+                                         Protein{"4hhb.pdb", 0}, Protein{"1tim.pdb.gz", 0},
+                                         Protein{"1l2y.pdb", 0}),
+                         [](const testing::TestParamInfo<Protein>& protein) {
+                           std::string name = protein.param.file;
+                           std::replace(name.begin(), name.end(), '.', '_');
+                           return name;
+                         });
+
+}  // namespace
