@@ -1,44 +1,14 @@
 #include <cstddef>
 #include <vector>
 
+#include "alexander/fox_row.hpp"
 #include "alexander/stored_polynomial.hpp"
 #include "korvex.h"
 
 namespace {
 
+using korvex::alexander::RowEntries;
 using korvex::alexander::stored_polynomial;
-
-// One row of the matrix. The two under-arcs bear `in` and `out`, the over-arc `over`; where arcs
-// coincide their entries are summed, and `summed_in`, `summed_out` hold those sums.
-template <class Entry>
-struct RowEntries {
-  Entry over;        // 1 - t
-  Entry in;          // of the incoming under-arc
-  Entry out;         // of the outgoing under-arc
-  Entry summed_in;   // over + in
-  Entry summed_out;  // over + out
-};
-
-template <class Entry>
-void fill_row(std::vector<Entry>& row, const Crossing& crossing, const RowEntries<Entry>& entries,
-              const Entry& zero) {
-  const auto over = static_cast<std::size_t>(crossing.overArc);
-  const auto in = static_cast<std::size_t>(crossing.underArcIn);
-  const auto out = static_cast<std::size_t>(crossing.underArcOut);
-  if (over == in && over != out) {
-    row[over] = entries.summed_in;
-    row[out] = entries.out;
-  } else if (over == out && over != in) {
-    row[over] = entries.summed_out;
-    row[in] = entries.in;
-  } else if (over != in) {
-    row[over] = entries.over;
-    row[in] = entries.in;
-    row[out] = entries.out;
-  } else {
-    row[over] = zero;
-  }
-}
 
 template <class Entry>
 std::vector<std::vector<Entry>> fox_matrix(const std::vector<Crossing>& crossings,
@@ -47,7 +17,9 @@ std::vector<std::vector<Entry>> fox_matrix(const std::vector<Crossing>& crossing
   const std::size_t n = crossings.size();
   std::vector<std::vector<Entry>> matrix(n, std::vector<Entry>(n, zero));
   for (std::size_t k = 0; k < n; ++k) {
-    fill_row(matrix[k], crossings[k], crossings[k].type != 0 ? positive : negative, zero);
+    korvex::alexander::fill_row(
+        crossings[k], crossings[k].type != 0 ? positive : negative, zero,
+        [&](std::size_t column, const Entry& entry) { matrix[k][column] = entry; });
   }
   if (!matrix.empty()) matrix.pop_back();
   return matrix;

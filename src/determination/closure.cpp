@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "determination/direction.hpp"
 #include "korvex.h"
 #include "recognition/ordinals.hpp"
 
@@ -9,8 +10,7 @@ namespace {
 constexpr double kFactor = 1.25;  // radius of the closing sphere over the chain's own
 constexpr int kDirectionsTried = 30;
 
-std::vector<ChainAtom> closed_and_reduced(const std::vector<ChainAtom>& chain, int closureType) {
-  std::vector<ChainAtom> work = chain;
+void close_and_reduce(std::vector<ChainAtom>& work, int closureType) {
   switch (closureType) {
     case 1:
       while (CloseChain_OUT(work, kFactor) == -1) {
@@ -31,13 +31,12 @@ std::vector<ChainAtom> closed_and_reduced(const std::vector<ChainAtom>& chain, i
       break;
   }
   ChainReduce(work, true);
-  return work;
 }
 
 int first_usable_answer(const std::vector<ChainAtom>& chain) {
   int ordinal = korvex::recognition::kUnusable;
   for (int d = 0; d < kDirectionsTried && ordinal == korvex::recognition::kUnusable; ++d) {
-    ordinal = FindTheKnotInParticularDirection(chain, d);
+    ordinal = korvex::determination::find_ordinal(chain, d);
   }
   return ordinal;
 }
@@ -47,11 +46,14 @@ int first_usable_answer(const std::vector<ChainAtom>& chain) {
 int FindOneKnot(const std::vector<ChainAtom>& chain, int* counts, int closureType, int trials) {
   std::fill_n(counts, korvex::recognition::kReserved, 0);
   const int determinations = static_cast<unsigned>(closureType) > 1 ? trials : 1;
+  std::vector<ChainAtom> work;
   for (int i = 0; i < determinations; ++i) {
     // A chain that no direction can answer is closed anew, without limit.
     int ordinal = korvex::recognition::kUnusable;
     while (ordinal == korvex::recognition::kUnusable) {
-      ordinal = first_usable_answer(closed_and_reduced(chain, closureType));
+      work = chain;
+      close_and_reduce(work, closureType);
+      ordinal = first_usable_answer(work);
     }
     ++counts[ordinal];
   }

@@ -1,10 +1,15 @@
+#include "determination/direction.hpp"
+
 #include <iomanip>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
-#include "alexander/stored_polynomial.hpp"
+#include "alexander/alexander_polynomial.hpp"
 #include "korvex.h"
+
+namespace korvex::determination {
 
 namespace {
 
@@ -12,27 +17,16 @@ constexpr int kDirections = 60;
 constexpr int kMostCrossings = 16;  // the polynomial determinant's limit
 constexpr int kNumericPoint = 12;   // where the numeric determinant is taken
 
-int ordinal_in_direction(const std::vector<ChainAtom>& chain, int direction) {
-  polynomial<int> poly;
-  double value = 0;
-  return FindTheKnotInParticularDirection_poly(chain, poly, value, direction, kMostCrossings) != 0
-             ? WhichKnot_OrdNr(poly)
-             : WhichKnotDouble_OrdNr(value);
-}
-
-}  // namespace
-
-int FindTheKnotInParticularDirection_poly(std::vector<ChainAtom> chain, polynomial<int>& poly,
-                                          double& value, int direction, int maxCrossings) {
+// As FindTheKnotInParticularDirection_poly.
+int find_invariant(const std::vector<ChainAtom>& chain, polynomial<int>& poly, double& value,
+                   int direction, int max_crossings) {
   FillKnotsArray();
   std::vector<Edge> edges = ProjectChain(chain, direction, true);
   std::vector<Crossing> crossings;
   if (FindAllCrossings(edges, crossings, true) != 0) return 1;
   FillCrossings(edges, crossings);
-  if (static_cast<int>(crossings.size()) <= maxCrossings) {
-    const auto matrix = CreateFoxMatrix(crossings);
-    poly = matrix.empty() ? korvex::alexander::stored_polynomial({1})
-                          : NormalizePoly(det_poly(matrix));
+  if (static_cast<int>(crossings.size()) <= max_crossings) {
+    poly = alexander::alexander_polynomial(crossings);
     return 1;
   }
   auto matrix = CreateFoxMatrix_double(crossings, kNumericPoint);
@@ -40,19 +34,24 @@ int FindTheKnotInParticularDirection_poly(std::vector<ChainAtom> chain, polynomi
   return 0;
 }
 
-int FindTheKnotInParticularDirection(std::vector<ChainAtom> chain, int direction) {
-  return ordinal_in_direction(chain, direction % kDirections);
+int find_ordinal_unreduced(const std::vector<ChainAtom>& chain, int direction) {
+  polynomial<int> poly;
+  double value = 0;
+  return find_invariant(chain, poly, value, direction, kMostCrossings) != 0
+             ? WhichKnot_OrdNr(std::move(poly))
+             : WhichKnotDouble_OrdNr(value);
 }
 
-int FindTheKnotInParticularDirection_True(std::vector<ChainAtom> chain, int direction) {
-  return ordinal_in_direction(chain, direction);
+}  // namespace
+
+int find_ordinal(const std::vector<ChainAtom>& chain, int direction) {
+  return find_ordinal_unreduced(chain, direction % kDirections);
 }
 
-std::string FindTheKnotInParticularDirection_poly_string(std::vector<ChainAtom> chain,
-                                                         int maxCrossings, bool numeric) {
+std::string invariant_text(const std::vector<ChainAtom>& chain, int max_crossings, bool numeric) {
   polynomial<int> poly;
   double value = 0.0;
-  FindTheKnotInParticularDirection_poly(chain, poly, value, 0, numeric ? -1 : maxCrossings);
+  find_invariant(chain, poly, value, 0, numeric ? -1 : max_crossings);
   if (numeric) return removeTrailingZeros(static_cast<float>(value));
   std::ostringstream text;
   const char* separator = "";
@@ -61,6 +60,26 @@ std::string FindTheKnotInParticularDirection_poly_string(std::vector<ChainAtom> 
     separator = " ";
   }
   return text.str();
+}
+
+}  // namespace korvex::determination
+
+int FindTheKnotInParticularDirection_poly(std::vector<ChainAtom> chain, polynomial<int>& poly,
+                                          double& value, int direction, int maxCrossings) {
+  return korvex::determination::find_invariant(chain, poly, value, direction, maxCrossings);
+}
+
+int FindTheKnotInParticularDirection(std::vector<ChainAtom> chain, int direction) {
+  return korvex::determination::find_ordinal(chain, direction);
+}
+
+int FindTheKnotInParticularDirection_True(std::vector<ChainAtom> chain, int direction) {
+  return korvex::determination::find_ordinal_unreduced(chain, direction);
+}
+
+std::string FindTheKnotInParticularDirection_poly_string(std::vector<ChainAtom> chain,
+                                                         int maxCrossings, bool numeric) {
+  return korvex::determination::invariant_text(chain, maxCrossings, numeric);
 }
 
 std::string removeTrailingZeros(float x) {

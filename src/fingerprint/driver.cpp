@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "determination/direction.hpp"
 #include "korvex.h"
 #include "recognition/ordinals.hpp"
 
@@ -81,7 +82,7 @@ class Fingerprint {
     int counts[korvex::recognition::kOrdinals] = {};
     for (std::size_t k = group; k < group + static_cast<std::size_t>(settings_.trials); ++k) {
       CopyJobToChainAtom(pool_, atoms_, batch_[k]);
-      ++counts[FindTheKnotInParticularDirection(atoms_, 1)];
+      ++counts[korvex::determination::find_ordinal(atoms_, 1)];
     }
     return {GiveTheNameOfKnot_toMatrix(counts), GiveTheStrenghtOfKnot(counts)};
   }
@@ -89,8 +90,8 @@ class Fingerprint {
   Verdict vote_by_polynomial(std::size_t group) {
     for (std::size_t k = group; k < group + static_cast<std::size_t>(settings_.trials); ++k) {
       CopyJobToChainAtom(pool_, atoms_, batch_[k]);
-      const std::string poly = FindTheKnotInParticularDirection_poly_string(
-          atoms_, settings_.poly_option, settings_.poly_flag);
+      const std::string poly =
+          korvex::determination::invariant_text(atoms_, settings_.poly_option, settings_.poly_flag);
       tally_[poly.empty() ? "0" : poly] += 1.0F;
     }
     return {GiveThePolies_toDict(tally_), GiveTheStrenghtOfKnot_poly(tally_)};

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -9,6 +10,7 @@
 namespace {
 
 constexpr int kDirections = 60;
+constexpr std::uint64_t kBytesPerPoint = 13;
 
 fPointR3 to_point(const ChainAtom& atom) {
   return {static_cast<float>(atom.x), static_cast<float>(atom.y), static_cast<float>(atom.z)};
@@ -17,8 +19,11 @@ fPointR3 to_point(const ChainAtom& atom) {
 // Each piece is followed by two further copies of its last point.
 void append_piece(std::vector<fPointR3>& pool, const std::vector<ChainAtom>& piece) {
   if (piece.empty()) return;
-  for (const ChainAtom& atom : piece) pool.push_back(to_point(atom));
-  pool.insert(pool.end(), 2, to_point(piece.back()));
+  const std::size_t start = pool.size();
+  pool.resize(start + piece.size() + 2);
+  const auto behind = std::transform(piece.begin(), piece.end(),
+                                     pool.begin() + static_cast<std::ptrdiff_t>(start), to_point);
+  std::fill(behind, pool.end(), to_point(piece.back()));
 }
 
 // Hosts count on a seed giving the same run, so that these draws stay although nothing uses them.
@@ -39,6 +44,26 @@ void close_piece(std::vector<ChainAtom>& piece, int closureType) {
 std::uint64_t estimate(const Job& candidate, int trials) {
   return (static_cast<std::uint64_t>(std::int64_t{candidate.length}) + 100) *
          static_cast<std::uint64_t>(std::int64_t{trials});
+}
+
+// Makes room for the points of the candidates from `next` on, as far as the budget goes, and for
+// what closures add, so that the pool does not grow by copies of itself. Jobs address 2^31 points.
+void reserve(std::vector<fPointR3>& pool, std::vector<Job>& jobs,
+             const std::vector<Job>& candidates, unsigned next, int trials,
+             unsigned long long memory_limit) {
+  constexpr std::uint64_t kClosure = 32;
+  constexpr std::uint64_t kMostPoints = std::uint64_t{1} << 31;
+  const auto copies = static_cast<std::uint64_t>(std::max(trials, 0));
+  std::uint64_t points = 0;
+  std::uint64_t count = 0;
+  for (std::size_t k = next; k < candidates.size() && points < kMostPoints; ++k) {
+    if ((estimate(candidates[k], trials) + points) * kBytesPerPoint > memory_limit) break;
+    const std::int64_t length = std::int64_t{candidates[k].end} - candidates[k].begin + 1;
+    points += copies * (static_cast<std::uint64_t>(std::max<std::int64_t>(length, 0)) + kClosure);
+    count += copies;
+  }
+  pool.reserve(std::min(points, kMostPoints));
+  jobs.reserve(count);
 }
 
 void report_batch(const std::vector<Job>& jobs, const std::vector<fPointR3>& pool) {
@@ -62,10 +87,10 @@ int PrepareAllInfixesFuleren(const std::vector<ChainAtom>& chain, std::vector<fP
                              std::vector<Job>& jobs, const std::vector<Job>& candidates,
                              unsigned& nextJob, int trials, int closureType,
                              unsigned long long memoryLimit) {
-  constexpr std::uint64_t kBytesPerPoint = 13;
   pool.clear();
   jobs.clear();
   if (nextJob >= candidates.size()) nextJob = 0;
+  reserve(pool, jobs, candidates, nextJob, trials, memoryLimit);
   std::vector<ChainAtom> piece;
   for (; nextJob < candidates.size(); ++nextJob) {
     const Job& candidate = candidates[nextJob];
@@ -115,9 +140,11 @@ int PrepareAllInfixes(const std::vector<ChainAtom>& chain, std::vector<fPointR3>
 }
 
 void CopyJobToChainAtom(const std::vector<fPointR3>& pool, std::vector<ChainAtom>& atoms, Job job) {
-  atoms.clear();
-  for (std::int32_t k = 0; k < job.length; ++k) {
-    const fPointR3& point = pool[static_cast<std::size_t>(job.start + k)];
-    atoms.push_back({point.x, point.y, point.z, 0});
-  }
+  atoms.resize(static_cast<std::size_t>(std::max(job.length, 0)));
+  if (atoms.empty()) return;
+  std::transform(pool.begin() + job.start,
+                 pool.begin() + job.start + static_cast<std::ptrdiff_t>(atoms.size()),
+                 atoms.begin(), [](const fPointR3& point) {
+                   return ChainAtom{point.x, point.y, point.z, 0};
+                 });
 }

@@ -51,8 +51,16 @@ const KnotRecord kKnots[42] = {
     {{1}, 0, 0, "-2"},
 };
 
+bool equal(const KnotRecord& a, const KnotRecord& b) {
+  return a.valueAtMinus2 == b.valueAtMinus2 && a.valueAtMinus3 == b.valueAtMinus3 &&
+         a.poly == b.poly && a.name == b.name;
+}
+
 }  // namespace
 
+// Every projection fills the table, which a host may have written to; mostly it is as it was.
 void FillKnotsArray() {
-  for (int ordinal = 0; ordinal < 42; ++ordinal) knotsArray[ordinal] = kKnots[ordinal];
+  for (int ordinal = 0; ordinal < 42; ++ordinal) {
+    if (!equal(knotsArray[ordinal], kKnots[ordinal])) knotsArray[ordinal] = kKnots[ordinal];
+  }
 }
