@@ -12,6 +12,12 @@ namespace {
 constexpr std::uint64_t kPrime = (std::uint64_t{1} << 61) - 1;
 constexpr std::uint64_t kPoint = 1234567890123456789U % kPrime;
 
+// Crossings this near to an edge's end, in parts of the edge, may be seen on the wrong edge.
+constexpr double kAtEnd = 1e-10;
+
+// Sine of the angle below which edges count as parallel.
+constexpr double kParallel = 1e-12;
+
 std::uint64_t times(std::uint64_t a, std::uint64_t b) {
   __extension__ using Wide = unsigned __int128;
   return static_cast<std::uint64_t>(static_cast<Wide>(a) * b % kPrime);
@@ -38,6 +44,18 @@ struct Meeting {
   bool positive;
 };
 
+// Of parallel edges: they appear on one line, and not apart on it.
+bool overlap_in_line(const ChainAtom& a, const ChainAtom& b, const ChainAtom& c,
+                     const ChainAtom& d) {
+  const double ux = b.x - a.x, uy = b.y - a.y, size = std::hypot(ux, uy);
+  const double aside = std::fabs((c.x - a.x) * uy - (c.y - a.y) * ux) / size;
+  const auto along = [&](const ChainAtom& p) {
+    return ((p.x - a.x) * ux + (p.y - a.y) * uy) / size;
+  };
+  return aside < kParallel * size && std::max(along(c), along(d)) > -kAtEnd &&
+         std::min(along(c), along(d)) < size + kAtEnd;
+}
+
 // Every pair of edges of the projection, with Cramer's rule.
 std::vector<Meeting> meetings_of(const Chain& ring, std::uint64_t view) {
   Random random(view);
@@ -52,12 +70,16 @@ std::vector<Meeting> meetings_of(const Chain& ring, std::uint64_t view) {
       const ChainAtom &a = seen[i], &b = seen[(i + 1) % n], &c = seen[j], &d = seen[(j + 1) % n];
       const double ux = b.x - a.x, uy = b.y - a.y, vx = d.x - c.x, vy = d.y - c.y;
       const double det = ux * vy - uy * vx;
-      if (det == 0) continue;
+      if (std::fabs(det) < kParallel * std::hypot(ux, uy) * std::hypot(vx, vy)) {
+        if (overlap_in_line(a, b, c, d)) throw std::runtime_error("the projection is not generic");
+        continue;
+      }
       const double s = ((c.x - a.x) * vy - (c.y - a.y) * vx) / det;
       const double t = ((c.x - a.x) * uy - (c.y - a.y) * ux) / det;
-      if (s < 0 || s > 1 || t < 0 || t > 1) continue;
+      const double inside = std::min({s, 1 - s, t, 1 - t});
+      if (inside < -kAtEnd) continue;
       const double height = a.z + s * (b.z - a.z) - c.z - t * (d.z - c.z);
-      if (std::min({s, 1 - s, t, 1 - t}) < 1e-11 || height == 0) {
+      if (inside < kAtEnd || height == 0) {
         throw std::runtime_error("the projection is not generic");
       }
       if (height > 0) {
