@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <limits>
+#include <string>
 
 #include "preprocess.h"
 #include "support/chains.hpp"
@@ -138,6 +140,23 @@ TEST(ChainReduce, BringsAThousandAtomsDownToAFewDozen) {
     Chain chain = support::protein_like_walk(1000, seed);
     EXPECT_LE(reduced(chain).size(), 48U);
     EXPECT_LE(reduced(support::lattice_ring(true, 1000, 6, seed)).size(), 14U);
+  }
+}
+
+TEST(ChainReduce, KeepsTheKnotsOfRealProteinsAndLeavesAFewAtoms) {
+  for (const std::string name : {"1ca2.pdb", "2efv_CA.pdb", "1xd3_A_bound.pdb", "1ubq.pdb"}) {
+    std::string path = std::string(KORVEX_DATA_DIR) + "/proteins/" + name;
+    bool error = false;
+    const Chain chain = ChainRead(path.data(), error);
+    ASSERT_FALSE(error) << path;
+    for (unsigned seed = 1; seed <= 5; ++seed) {
+      std::srand(seed);
+      Chain ring = chain;
+      ASSERT_EQ(CloseChain_2points(ring, 1.25), 0);
+      const Chain left = reduced(ring);
+      EXPECT_EQ(support::knot_key(left, seed), support::knot_key(ring, seed)) << name;
+      EXPECT_LE(left.size(), 24U) << name;
+    }
   }
 }
 
