@@ -6,7 +6,10 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
+#include <string>
+#include <vector>
 
 #include "korvex/diagram.hpp"
 #include "korvex/export.hpp"
@@ -26,5 +29,29 @@ KORVEX_API std::uint64_t alexander_key(const GaussCode& closed);
 
 // The key of a polynomial with the given coefficients, lowest power first.
 KORVEX_API std::uint64_t alexander_key_of(std::span<const std::int64_t> coefficients);
+
+// The key of the connected sum of two knots with the given keys.
+KORVEX_API std::uint64_t alexander_key_of_sum(std::uint64_t a, std::uint64_t b);
+
+// Coefficients of any size.
+struct KORVEX_API AlexanderPolynomial {
+  std::vector<std::string> coefficients;  // decimal, lowest power first, the first positive
+
+  // The same as numbers, unless one does not fit into 64 bits.
+  std::optional<std::vector<std::int64_t>> small_coefficients() const;
+  // |D(-1)|, decimal.
+  std::string determinant() const;
+
+  friend bool operator==(const AlexanderPolynomial&, const AlexanderPolynomial&) = default;
+};
+
+// The polynomial over the integers, proven for every diagram. With n, b as above and g <= n/2 the
+// genus of the diagram's Seifert surface, about g n/61 determinants of O(n b + b^3): milliseconds
+// for 100 crossings, a second for 1000. Any thread.
+//
+// Source: values modulo primes below 2^62, Newton's interpolation, Chinese remainders; L. H.
+// Kauffman, Formal Knot Theory (1983), for the bound on coefficients.
+KORVEX_API AlexanderPolynomial alexander_polynomial(const Diagram& diagram);
+KORVEX_API AlexanderPolynomial alexander_polynomial(const GaussCode& closed);
 
 }  // namespace korvex

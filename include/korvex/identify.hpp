@@ -1,0 +1,66 @@
+// From a diagram to the name of its knot.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "korvex/alexander.hpp"
+#include "korvex/catalogue.hpp"
+#include "korvex/diagram.hpp"
+#include "korvex/export.hpp"
+
+namespace korvex {
+
+enum class Detail {
+  kType,  // 3_1
+  kHand,  // +3_1
+};
+
+// What decided, each after those before it.
+enum class Evidence {
+  kDiagram,    // a diagram of at most 2 crossings is the unknot's
+  kAlexander,  // the Alexander key
+  kJones,      // the Jones polynomial, where the diagram is too large for HOMFLY-PT
+  kHomfly,     // the HOMFLY-PT polynomial
+  kSignature,  // the signature, where types share their HOMFLY-PT polynomial
+};
+
+struct KORVEX_API KnotIdentity {
+  // 0_1, +3_1, 4_1, +3_1#-3_1; several candidates as +8_16|+10_156. Where there is none, `?` and
+  // the Alexander polynomial, as ?1-5+7-5+1, or its key in hexadecimal, as ?key:1f00ba5, where the
+  // polynomial takes more than 40 characters or was not computed.
+  std::string name;
+  // The types of the catalogue that the diagram may be of, in its order; none when all are
+  // excluded.
+  std::vector<const KnotType*> candidates;
+  // Where the simplified diagram is visibly a connected sum: its summands, by name. They may be
+  // known where the sum has too many crossings for the catalogue; its name is then made of theirs.
+  std::vector<KnotIdentity> summands;
+  Evidence evidence = Evidence::kDiagram;
+  // True when no other knot is possible. That is so where the one candidate left has a diagram of
+  // at most 10 crossings, since the catalogue is complete there; for a sum of such; and for the
+  // unknot where a diagram of at most 22 crossings has Jones polynomial 1 (R. E. Tuzun and A. S.
+  // Sikora, J. Knot Theory Ramif. 27, 1840009 (2018)). Else the name says which type to 10
+  // crossings agrees in every invariant that was computed.
+  bool proven = false;
+  std::size_t crossings = 0;  // of the simplified diagram
+  std::uint64_t alexander_key = 1;
+  // Where there is no candidate and the diagram, which is no visible sum, has at most 200
+  // crossings.
+  std::optional<AlexanderPolynomial> alexander;
+};
+
+// The knot type of a diagram. Simplifies it first. The Alexander key leaves a few types of the
+// catalogue, or none; HOMFLY-PT, or Jones where the diagram is too large for that, tells them and
+// their hands apart; where types still agree the signature may. An alternating diagram that cannot
+// be simplified shows the crossing number of its knot and excludes all other types. A diagram too
+// large for both polynomials keeps all types of its Alexander key, without hands. An Alexander
+// polynomial 1 alone is never taken for the unknot: such a diagram is 0_1 by HOMFLY-PT or Jones, or
+// where it is too large for both, 0_1 that is not proven. Answers are remembered by Gauss
+// code. Any thread.
+KORVEX_API KnotIdentity identify(const Diagram& diagram, Detail detail = Detail::kHand);
+
+}  // namespace korvex

@@ -1,0 +1,237 @@
+#include "engine/identify/identify.hpp"
+
+#include <algorithm>
+#include <charconv>
+#include <iterator>
+#include <mutex>
+#include <shared_mutex>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+
+#include "engine/diagram/prime_parts.hpp"
+#include "engine/identify/canonical_code.hpp"
+#include "korvex/homfly.hpp"
+#include "korvex/jones.hpp"
+#include "korvex/signature.hpp"
+
+namespace korvex {
+namespace {
+
+constexpr std::size_t kCatalogueCrossings = 10;
+constexpr std::size_t kJonesUnknotCrossings = 22;
+constexpr std::size_t kMostCrossingsForPolynomial = 200;
+constexpr std::size_t kMostCrossingsForSignature = 100;
+
+using Candidates = std::vector<const KnotType*>;
+
+// Types of the catalogue with a given Alexander key.
+const Candidates& types_with_key(std::uint64_t key) {
+  static const auto classes = [] {
+    std::unordered_map<std::uint64_t, Candidates> by_key;
+    for (const KnotType& type : catalogue())
+      by_key[alexander_key_of(type.alexander)].push_back(&type);
+    return by_key;
+  }();
+  static const Candidates none;
+  const auto found = classes.find(key);
+  return found == classes.end() ? none : found->second;
+}
+
+// Names of candidates, joined; without hands each once.
+std::string name_of(const Candidates& candidates, bool with_hands) {
+  std::vector<std::string_view> names;
+  for (const KnotType* type : candidates) {
+    const std::string_view name = with_hands ? type->name : type->plain;
+    if (std::find(names.begin(), names.end(), name) == names.end()) names.push_back(name);
+  }
+  std::string joined;
+  for (const std::string_view name : names) {
+    if (!joined.empty()) joined += '|';
+    joined += name;
+  }
+  return joined;
+}
+
+std::string name_of_unknown(const KnotIdentity& identity) {
+  constexpr std::size_t kLongest = 40;
+  std::string text;
+  if (identity.alexander) {
+    for (const std::string& coefficient : identity.alexander->coefficients) {
+      if (!text.empty() && coefficient[0] != '-') text += '+';
+      text += coefficient;
+      if (text.size() > kLongest) break;
+    }
+  }
+  if (!text.empty() && text.size() <= kLongest) return text.insert(0, 1, '?');
+  char digits[16];
+  const auto end = std::to_chars(std::begin(digits), std::end(digits), identity.alexander_key, 16);
+  return std::string("?key:").append(digits, end.ptr);
+}
+
+// One prime part of a diagram, on its way to its name.
+class PartIdentification {
+ public:
+  PartIdentification(const GaussCode& code, Detail detail)
+      : code_(code), with_hands_(detail == Detail::kHand) {}
+
+  KnotIdentity identify() {
+    identity_.crossings = code_.size() / 2;
+    identity_.evidence = Evidence::kAlexander;
+    identity_.alexander_key = alexander_key(code_);
+    identity_.candidates = types_with_key(identity_.alexander_key);
+    exclude_by_crossings();
+    const bool complete = identity_.crossings <= kCatalogueCrossings;
+    if (!identity_.candidates.empty() && !(complete && is_settled())) compare_polynomials();
+    if (identity_.candidates.empty()) {
+      if (identity_.crossings <= kMostCrossingsForPolynomial)
+        identity_.alexander = alexander_polynomial(code_);
+      identity_.name = name_of_unknown(identity_);
+      return std::move(identity_);
+    }
+    identity_.name = name_of(identity_.candidates, with_hands_);
+    identity_.proven = is_settled() && (complete || is_unknot_by_jones());
+    return std::move(identity_);
+  }
+
+ private:
+  template <class Fits>
+  void keep(const Fits& fits) {
+    std::erase_if(identity_.candidates, [&](const KnotType* type) { return !fits(*type); });
+  }
+
+  // No diagram has fewer crossings than its knot's crossing number, and an alternating one has no
+  // more.
+  void exclude_by_crossings() {
+    const bool exact = is_alternating(code_);
+    keep([&](const KnotType& type) {
+      const auto crossings = static_cast<std::size_t>(type.crossings);
+      return exact ? crossings == identity_.crossings && type.is_prime()
+                   : crossings <= identity_.crossings;
+    });
+  }
+
+  bool is_settled() const {
+    const Candidates& left = identity_.candidates;
+    return std::all_of(left.begin(), left.end(), [&](const KnotType* type) {
+      return with_hands_ ? type == left.front() : type->plain == left.front()->plain;
+    });
+  }
+
+  bool is_unknot_by_jones() const {
+    return identity_.candidates.front()->crossings == 0 &&
+           identity_.evidence != Evidence::kAlexander &&
+           identity_.crossings <= kJonesUnknotCrossings;
+  }
+
+  void compare_polynomials() {
+    if (const auto p = homfly(code_)) {
+      identity_.evidence = Evidence::kHomfly;
+      keep([&](const KnotType& type) { return type.homfly == *p; });
+    } else if (const auto v = jones(code_)) {
+      identity_.evidence = Evidence::kJones;
+      keep([&](const KnotType& type) { return type.jones == *v; });
+    } else {
+      with_hands_ = false;
+      return;
+    }
+    if (is_settled() || identity_.crossings > kMostCrossingsForSignature) return;
+    identity_.evidence = Evidence::kSignature;
+    const int s = signature(code_);
+    keep([&](const KnotType& type) { return type.signature == s; });
+  }
+
+  const GaussCode& code_;
+  bool with_hands_;
+  KnotIdentity identity_;
+};
+
+KnotIdentity unknot() {
+  KnotIdentity identity;
+  identity.candidates = {&catalogue().front()};
+  identity.name = identity.candidates.front()->name;
+  identity.proven = true;
+  return identity;
+}
+
+// Known types in the order of the catalogue, then others by name.
+bool comes_before(const KnotIdentity& a, const KnotIdentity& b) {
+  if (a.candidates.empty() || b.candidates.empty())
+    return !a.candidates.empty() || (b.candidates.empty() && a.name < b.name);
+  return a.candidates.front() < b.candidates.front();
+}
+
+KnotIdentity sum_of(std::vector<KnotIdentity> summands, Detail detail) {
+  // A part may turn out to be the unknot.
+  std::erase_if(summands, [](const KnotIdentity& part) { return part.name == "0_1"; });
+  if (summands.empty()) return unknot();
+  if (summands.size() == 1) return std::move(summands.front());
+  std::stable_sort(summands.begin(), summands.end(), comes_before);
+  KnotIdentity sum;
+  sum.proven = true;
+  for (const KnotIdentity& part : summands) {
+    const bool several = part.name.find('|') != std::string::npos;
+    if (!sum.name.empty()) sum.name += '#';
+    sum.name += several ? '(' + part.name + ')' : part.name;
+    sum.crossings += part.crossings;
+    sum.alexander_key = alexander_key_of_sum(sum.alexander_key, part.alexander_key);
+    sum.evidence = std::max(sum.evidence, part.evidence);
+    sum.proven = sum.proven && part.proven;
+  }
+  for (const KnotType& type : catalogue())
+    if ((detail == Detail::kHand ? type.name : type.plain) == sum.name)
+      sum.candidates.push_back(&type);
+  sum.summands = std::move(summands);
+  return sum;
+}
+
+KnotIdentity identify_anew(const GaussCode& code, Detail detail) {
+  std::vector<KnotIdentity> summands;
+  for (const GaussCode& part : prime_parts(code))
+    summands.push_back(PartIdentification(part, detail).identify());
+  return sum_of(std::move(summands), detail);
+}
+
+// What was found before, by canonical code. When it is full it is emptied.
+class Memory {
+ public:
+  std::optional<KnotIdentity> find(const std::string& code) const {
+    const std::shared_lock lock(mutex_);
+    const auto found = known_.find(code);
+    if (found == known_.end()) return std::nullopt;
+    return found->second;
+  }
+
+  void keep(std::string code, const KnotIdentity& identity) {
+    constexpr std::size_t kMost = 100'000;
+    const std::unique_lock lock(mutex_);
+    if (known_.size() >= kMost) known_.clear();
+    known_.emplace(std::move(code), identity);
+  }
+
+ private:
+  mutable std::shared_mutex mutex_;
+  std::unordered_map<std::string, KnotIdentity> known_;
+};
+
+}  // namespace
+
+KnotIdentity identify_simplified(const GaussCode& closed, Detail detail) {
+  constexpr std::size_t kMostCrossingsToRemember = 64;
+  const std::size_t crossings = closed.size() / 2;
+  if (crossings <= 2) return unknot();
+  if (crossings > kMostCrossingsToRemember) return identify_anew(closed, detail);
+  static Memory memories[2];
+  Memory& memory = memories[detail == Detail::kHand ? 0 : 1];
+  std::string code = canonical_code(closed);
+  if (auto known = memory.find(code)) return *known;
+  const KnotIdentity identity = identify_anew(closed, detail);
+  memory.keep(std::move(code), identity);
+  return identity;
+}
+
+KnotIdentity identify(const Diagram& diagram, Detail detail) {
+  return identify_simplified(diagram.simplified().code(), detail);
+}
+
+}  // namespace korvex

@@ -1,0 +1,216 @@
+#include "korvex/identify.hpp"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+#include <set>
+#include <string>
+
+#include "engine/catalogue/hand_rule.hpp"
+#include "engine/identify/canonical_code.hpp"
+#include "korvex/signature.hpp"
+#include "support/diagrams.hpp"
+#include "support/knot_rows.hpp"
+
+namespace korvex {
+namespace {
+
+const std::vector<support::KnotRow>& rows() {
+  static const auto all = support::read_knot_rows(KORVEX_DATA_DIR "/prime_knots_to_10.tsv");
+  return all;
+}
+
+std::string opposite(std::string name) {
+  for (char& c : name) c = c == '+' ? '-' : c == '-' ? '+' : c;
+  return name;
+}
+
+TEST(Catalogue, HoldsEveryPrimeToTenCrossingsWithItsInvariants) {
+  for (const support::KnotRow& row : rows()) {
+    const KnotType* const type = find_knot_type(row.name);
+    ASSERT_NE(type, nullptr) << row.name;
+    EXPECT_TRUE(type->is_prime());
+    EXPECT_EQ(type->crossings, row.crossings);
+    EXPECT_EQ(type->determinant, row.determinant) << row.name;
+    EXPECT_EQ(type->alexander, row.alexander) << row.name;
+    const JonesPolynomial jones = jones_of_text(row.jones);
+    const HomflyPolynomial homfly = homfly_of_text(row.homfly);
+    EXPECT_TRUE(type->jones == jones || mirror(type->jones) == jones) << row.name;
+    EXPECT_TRUE(type->homfly == homfly || mirror(type->homfly) == homfly) << row.name;
+  }
+}
+
+TEST(Catalogue, CountsTheKnotsToTenCrossings) {
+  std::set<std::string> primes;
+  std::set<std::string> composites;
+  std::set<std::string> amphichiral;
+  std::set<std::string> names;
+  for (const KnotType& type : catalogue()) {
+    EXPECT_TRUE(names.insert(type.name).second) << type.name;
+    if (type.plain != "0_1") (type.is_prime() ? primes : composites).insert(type.plain);
+    if (type.is_prime() && type.chirality == Chirality::kAmphichiral) amphichiral.insert(type.name);
+  }
+  EXPECT_EQ(primes.size(), 249U);
+  EXPECT_EQ(composites.size(), 25U);
+  EXPECT_EQ(amphichiral.size(), 20U);  // 1, 1, 5 and 13 with 4, 6, 8 and 10 crossings
+}
+
+TEST(Catalogue, HoldsTheMirrorImageOfEveryType) {
+  for (const KnotType& type : catalogue()) {
+    const bool has_mirror = type.chirality == Chirality::kChiral;
+    const auto image =
+        std::find_if(catalogue().begin(), catalogue().end(), [&](const KnotType& other) {
+          return other.plain == type.plain && other.homfly == mirror(type.homfly) &&
+                 other.signature == -type.signature && (&other != &type) == has_mirror;
+        });
+    EXPECT_NE(image, catalogue().end()) << type.name;
+  }
+}
+
+TEST(Catalogue, DiagramsHaveTheInvariantsOfTheirRows) {
+  for (const KnotType& type : catalogue()) {
+    const Diagram diagram = Diagram::of_gauss_code(type.gauss_code);
+    EXPECT_EQ(alexander_polynomial(diagram).small_coefficients(), type.alexander) << type.name;
+    EXPECT_EQ(homfly(diagram), type.homfly) << type.name;
+    EXPECT_EQ(jones(diagram), type.jones) << type.name;
+    EXPECT_EQ(signature(diagram), type.signature) << type.name;
+  }
+}
+
+TEST(Catalogue, GivesThePlusHandToPrimesByItsRule) {
+  for (const KnotType& type : catalogue()) {
+    if (!type.is_prime()) continue;
+    const int expected = type.name[0] == '+' ? 1 : type.name[0] == '-' ? -1 : 0;
+    EXPECT_EQ(hand(type.jones, type.homfly, type.signature), expected) << type.name;
+  }
+  EXPECT_EQ(find_knot_type("+3_1")->signature, -2);
+}
+
+// Pairs that neither HOMFLY-PT nor the signature tells apart, nor an alternating diagram.
+const std::map<std::string, std::string> kAmbiguous = {
+    {"10_129", "8_8|10_129"},   {"10_156", "8_16|10_156"}, {"10_40", "10_40|10_103"},
+    {"10_103", "10_40|10_103"}, {"10_25", "10_25|10_56"},  {"10_56", "10_25|10_56"}};
+
+TEST(Identify, NamesEveryTypeOfTheCatalogue) {
+  for (const KnotType& type : catalogue()) {
+    const Diagram diagram = Diagram::of_gauss_code(type.gauss_code);
+    const KnotIdentity identity = identify(diagram);
+    EXPECT_EQ(identify(diagram.reversed()).name, identity.name);
+    const KnotIdentity image = identify(diagram.mirror());
+    const std::string plain = identify(diagram, Detail::kType).name;
+    const auto several = kAmbiguous.find(type.plain);
+    if (several != kAmbiguous.end() && identity.candidates.size() > 1) {
+      EXPECT_EQ(plain, several->second);
+      EXPECT_FALSE(identity.proven);
+      continue;
+    }
+    EXPECT_EQ(identity.name, type.name);
+    EXPECT_EQ(plain, type.plain);
+    if (type.is_prime()) {
+      EXPECT_EQ(image.name, opposite(type.name));
+    }
+    ASSERT_EQ(identity.candidates.size(), 1U);
+    EXPECT_EQ(identity.candidates[0], &type);
+    EXPECT_TRUE(identity.proven || identity.crossings > 10) << type.name;
+  }
+}
+
+TEST(Identify, NamesSumsBeyondTheCatalogueByTheirSummands) {
+  const Diagram a = Diagram::of_gauss_code(find_knot_type("-7_4")->gauss_code);
+  const Diagram b = Diagram::of_gauss_code(find_knot_type("+5_2")->gauss_code);
+  const Diagram pretzel = Diagram::of_gauss_code(support::odd_pretzel(-3, 5, 7));
+  const KnotIdentity identity = identify(a.connected_sum(b).connected_sum(a.mirror()));
+  EXPECT_EQ(identity.name, "+5_2#+7_4#-7_4");
+  EXPECT_EQ(identity.summands.size(), 3U);
+  EXPECT_TRUE(identity.candidates.empty());
+  EXPECT_TRUE(identity.proven);
+  EXPECT_EQ(identity.crossings, 19U);
+  EXPECT_EQ(identify(pretzel.connected_sum(b)).name, "+5_2#?1");
+}
+
+TEST(Identify, TellsPrimeFromCompositeWhereHomflyDoesNot) {
+  const KnotType& prime = *find_knot_type("+9_12");
+  const KnotType& composite = *find_knot_type("4_1#+5_2");
+  ASSERT_EQ(prime.homfly, composite.homfly);
+  EXPECT_EQ(identify(Diagram::of_gauss_code(prime.gauss_code)).name, prime.name);
+  EXPECT_EQ(identify(Diagram::of_gauss_code(composite.gauss_code)).name, composite.name);
+}
+
+TEST(Identify, TellsGrannyFromSquare) {
+  const Diagram right = Diagram::of_gauss_code("O1+U2+O3+U1+O2+U3+");
+  EXPECT_EQ(identify(right).name, "+3_1");
+  EXPECT_EQ(identify(right.connected_sum(right)).name, "+3_1#+3_1");
+  EXPECT_EQ(identify(right.mirror().connected_sum(right)).name, "+3_1#-3_1");
+  EXPECT_EQ(identify(right.mirror().connected_sum(right.mirror())).name, "-3_1#-3_1");
+}
+
+TEST(Identify, CallsTheUnknotByName) {
+  const KnotIdentity circle = identify(Diagram());
+  EXPECT_EQ(circle.name, "0_1");
+  EXPECT_TRUE(circle.proven);
+  EXPECT_EQ(circle.evidence, Evidence::kDiagram);
+}
+
+TEST(Identify, TakesNoAlexanderPolynomialOneForTheUnknot) {
+  const Diagram pretzel = Diagram::of_gauss_code(support::odd_pretzel(-3, 5, 7));
+  EXPECT_EQ(alexander_key(pretzel), 1U);
+  const KnotIdentity identity = identify(pretzel);
+  EXPECT_TRUE(identity.candidates.empty());
+  EXPECT_FALSE(identity.proven);
+  EXPECT_EQ(identity.name, "?1");
+}
+
+TEST(Identify, GivesUnknownTypesTheirPolynomial) {
+  const KnotIdentity identity = identify(Diagram::of_gauss_code(support::torus_knot_code(2, 11)));
+  EXPECT_TRUE(identity.candidates.empty());
+  EXPECT_EQ(identity.crossings, 11U);
+  EXPECT_EQ(identity.name, "?1-1+1-1+1-1+1-1+1-1+1");
+  const KnotIdentity longer = identify(Diagram::of_gauss_code(support::torus_knot_code(4, 9)));
+  EXPECT_EQ(longer.name.substr(0, 5), "?key:");
+}
+
+TEST(Identify, NamesTorusAndTwistKnots) {
+  const auto name = [](const std::string& code) {
+    return identify(Diagram::of_gauss_code(code)).name;
+  };
+  EXPECT_EQ(name(support::torus_knot_code(2, 3)), "+3_1");
+  EXPECT_EQ(name(support::torus_knot_code(3, 2)), "+3_1");
+  EXPECT_EQ(name(support::torus_knot_code(2, 5)), "+5_1");
+  EXPECT_EQ(name(support::torus_knot_code(2, 7)), "+7_1");
+  EXPECT_EQ(name(support::torus_knot_code(2, 9)), "+9_1");
+  EXPECT_EQ(name(support::torus_knot_code(3, 4)), "+8_19");
+  EXPECT_EQ(name(support::torus_knot_code(4, 3)), "+8_19");
+  EXPECT_EQ(name(support::torus_knot_code(3, 5)), "+10_124");
+  EXPECT_EQ(name(support::torus_knot_code(5, 3)), "+10_124");
+  EXPECT_EQ(name(support::odd_pretzel(1, 1, 1)), "+3_1");
+  EXPECT_EQ(name(support::odd_pretzel(-1, -1, -1)), "-3_1");
+  EXPECT_EQ(name(support::odd_pretzel(1, 1, -3)), "4_1");
+  EXPECT_EQ(name(support::odd_pretzel(1, 1, 3)), "+5_2");
+  EXPECT_EQ(name(support::odd_pretzel(1, 1, 5)), "+7_2");
+  EXPECT_EQ(name(support::odd_pretzel(1, 1, 7)), "+9_2");
+  EXPECT_EQ(name(support::odd_pretzel(1, 3, 3)), "+7_4");
+  EXPECT_EQ(name(support::odd_pretzel(3, 3, 3)), "+9_35");
+}
+
+TEST(CanonicalCode, DependsOnTheDiagramAlone) {
+  for (const KnotType& type : catalogue()) {
+    const GaussCode code = Diagram::of_gauss_code(type.gauss_code).code();
+    const std::string canonical = canonical_code(code);
+    GaussCode turned = code;
+    const std::size_t size = code.size();
+    for (std::size_t k = 0; k < size; ++k) {
+      turned[k] = code[(k + 3) % size];
+      turned[k].mate = static_cast<std::int32_t>(
+          (static_cast<std::size_t>(turned[k].mate) + size - 3 % size) % size);
+    }
+    EXPECT_EQ(canonical_code(turned), canonical);
+    EXPECT_EQ(canonical_code(Diagram(code).reversed().code()), canonical);
+    if (type.chirality == Chirality::kChiral) {
+      EXPECT_NE(canonical_code(Diagram(code).mirror().code()), canonical) << type.name;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace korvex
