@@ -48,12 +48,13 @@ struct Edge {
 // GRO; XYZ (`count`, comment, `El x y z`); LAMMPS text dumps; plain text with one atom a line,
 // `id x y z` or `x y z` (numbered from 1), `#` comments and blank lines allowed.
 // From PDB, mmCIF and GRO: the first model, its first polymer chain that has a CA trace (a P trace
-// for nucleic acids), one atom a residue, of the alternative location with the highest occupancy (the
-// first among equals); modified residues are kept, ligands and waters are not; `id` is the residue
-// number. From XYZ and LAMMPS dumps: the first frame, and its first molecule.
+// for nucleic acids), one atom a residue, of the alternative location with the highest occupancy
+// (the first among equals); modified residues are kept, ligands and waters are not; `id` is the
+// residue number. From XYZ and LAMMPS dumps: the first frame, and its first molecule.
 // Result: the atoms in chain order. `error` is set to false for a chain read, and to true with an
 // empty result for an unreadable, truncated, empty or malformed file, a directory, or a coordinate
-// that is not finite. Never throws. korvex/read.hpp tells what was wrong, and reads the other chains.
+// that is not finite. Never throws. korvex/read.hpp tells what was wrong, and reads the other
+// chains.
 PREPROCESS_API std::vector<ChainAtom> ChainRead(char* path, bool& error);
 
 // Checks the distances between consecutive atoms against the chain's median distance m: a distance

@@ -59,11 +59,14 @@ def main(build, pattern):
     ]
     CACHE.mkdir(parents=True, exist_ok=True)
     common = checks()
+    found = 0
     with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
-        results = list(pool.map(lambda entry: findings_in(entry, build, common), entries))
-    found = [text for text in results if text]
-    print(*found, sep="\n", end="\n" if found else "")
-    print(f"clang-tidy: {len(entries)} files, {len(found)} with findings")
+        runs = [pool.submit(findings_in, entry, build, common) for entry in entries]
+        for run in concurrent.futures.as_completed(runs):
+            if run.result():
+                found += 1
+                print(run.result(), flush=True)
+    print(f"clang-tidy: {len(entries)} files, {found} with findings")
     return 1 if found or not entries else 0
 
 
