@@ -45,7 +45,7 @@ bool plainly_blocked(std::span<const fPointR3> chain, std::size_t i) {
 constexpr std::size_t kShort = 14;
 
 std::size_t reduce_plainly(std::span<fPointR3> chain) {
-  std::array<fPointR3, kShort> working;
+  std::array<fPointR3, kShort> working{};
   std::copy(chain.begin(), chain.end(), working.begin());
   std::span<fPointR3> left(working.data(), chain.size());
   for (std::size_t i = 0; left.size() > 3 && i + 1 < left.size();) {
@@ -184,13 +184,12 @@ void TriangleElimination::release_watchers(Index segment, Index replacement) {
   }
 }
 
-// Whether the segment shares a point with the triangle's own two sides and is never tested; but the
-// first segment is, against the triangle that wraps around to the chain's start.
+// Whether the segment shares a point with the triangle's own two sides. Such a one is never tested,
+// but for the first segment against the triangle that wraps around to the chain's start.
 bool TriangleElimination::touches(Index triangle, Index segment) const {
   const Index b = next_[triangle];
-  const Index c = next_[b];
-  return segment == triangle || segment == b || segment == previous_[triangle] ||
-         (segment == c && b != last_);
+  return segment == previous_[triangle] || segment == triangle || segment == b ||
+         segment == next_[b];
 }
 
 bool TriangleElimination::blocked(Index triangle) {

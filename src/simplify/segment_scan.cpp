@@ -1,17 +1,12 @@
 #include "simplify/segment_scan.hpp"
 
-#include <algorithm>
-#include <cmath>
-#include <limits>
-
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "simplify/segment_scan.cpp"
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
 HWY_BEFORE_NAMESPACE();
-namespace korvex::simplify {
-namespace HWY_NAMESPACE {
+namespace korvex::simplify::HWY_NAMESPACE {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
@@ -195,8 +190,7 @@ std::size_t FindBlocker(const SegmentBlock* blocks, const Triangle& triangle,
   }
 }
 
-}  // namespace HWY_NAMESPACE
-}  // namespace korvex::simplify
+}  // namespace korvex::simplify::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
