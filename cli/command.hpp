@@ -35,5 +35,12 @@ void complain(const std::string& message);
 // Each adds one subcommand to `app`. Parsing the command line sets `work` when it names that one.
 void add_knot(CLI::App& app, Work& work);
 void add_fingerprint(CLI::App& app, Work& work);
+void add_locate(CLI::App& app, Work& work);
+void add_table(CLI::App& app, Work& work);
+
+// The subcommands of the same names in the form that runs the exported interface. A command line
+// with --classic anywhere has these.
+void add_classic_knot(CLI::App& app, Work& work);
+void add_classic_fingerprint(CLI::App& app, Work& work);
 
 }  // namespace korvex::cli

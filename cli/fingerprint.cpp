@@ -1,108 +1,114 @@
-#include <functional>
+#include <filesystem>
 #include <iostream>
-#include <limits>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
-#include "chain_input.hpp"
-#include "classic.hpp"
 #include "command.hpp"
-#include "fingerprint_progress.hpp"
-#include "library_log.hpp"
+#include "engine_options.hpp"
+#include "korvex/save.hpp"
 #include "options.hpp"
 #include "output_file.hpp"
+#include "progress.hpp"
 
 namespace korvex::cli {
 namespace {
 
-enum class Mode { kMatrix, kDict };
+enum class Format { kByName, kNpz, kTsv, kJson, kMatrix };
 
-const Choices<Mode> kModes = {{"matrix", Mode::kMatrix}, {"dict", Mode::kDict}};
+const Choices<Format> kFormats = {{"npz", Format::kNpz},
+                                  {"tsv", Format::kTsv},
+                                  {"json", Format::kJson},
+                                  {"matrix", Format::kMatrix}};
 
-struct FingerprintOptions {
+struct Options {
   std::string file;
   std::string output;
-  Closure closure = Closure::kTwoPoints;
-  int trials = 100;
-  std::optional<unsigned> seed;
-  int step = 10;
-  int threshold = 30;
-  Mode mode = Mode::kMatrix;
-  unsigned long long memory = 768000000;
-  bool verbose = false;
+  ReadOptions read;
+  FingerprintOptions fingerprint;
+  Run run;
+  Format format = Format::kByName;
 };
 
-// One line about what was written, where it does not mix with the fingerprint.
-void report(const FingerprintOptions& options, std::size_t atoms, unsigned seed) {
-  std::ostream& out = options.output == "-" ? std::cerr : std::cout;
-  out << "# " << options.file << ": " << atoms << " atoms, closure "
-      << name_of(options.closure, kClosures) << ", " << options.trials
-      << (options.trials == 1 ? " trial" : " trials") << ", step " << options.step << ", threshold "
-      << options.threshold << " %, seed " << seed << "\n";
+Format format_for(const Options& options) {
+  if (options.format != Format::kByName) return options.format;
+  const std::string extension = std::filesystem::path(options.output).extension().string();
+  if (extension == ".npz") return Format::kNpz;
+  if (extension == ".tsv") return Format::kTsv;
+  if (extension == ".json") return Format::kJson;
+  return Format::kMatrix;
 }
 
-Exit run_fingerprint(const FingerprintOptions& options) {
+// The one chain that the options select.
+Chain only_chain(const Options& options) {
+  std::vector<Chain> chains = read_chains(source_named(options.file), options.read);
+  if (chains.size() == 1) return std::move(chains.front());
+  std::string names;
+  for (const Chain& chain : chains) {
+    const std::string name =
+        "model " + std::to_string(chain.model) + (chain.name.empty() ? "" : " chain " + chain.name);
+    if (names.size() > 200) {
+      names += ", ...";
+      break;
+    }
+    names += (names.empty() ? "" : ", ") + name;
+  }
+  throw Failure(Exit::kSomeInputsFailed,
+                options.file + ": choose one of its chains by --model and --chain: " + names);
+}
+
+void write(const Fingerprint& fingerprint, const Chain& chain, Format format, std::ostream& out) {
+  switch (format) {
+    case Format::kNpz:
+      return write_npz(fingerprint, chain.residues, out);
+    case Format::kTsv:
+      return write_tsv(fingerprint, chain.residues, out);
+    case Format::kJson:
+      return write_json(fingerprint, chain.residues, out);
+    case Format::kMatrix:
+    case Format::kByName:
+      return write_matrix(fingerprint, chain.residues, out);
+  }
+}
+
+Exit run_fingerprint(const Options& options) {
   OutputFile output(options.output);
-  const unsigned seed = classic::choose_seed(options.seed);
-  const std::vector<ChainAtom> chain = read_chain(options.file);
+  const Chain chain = only_chain(options);
+  for (const std::string& warning : chain.warnings) complain("warning: " + warning);
+  const std::string title = title_of(chain);
+  Run run = options.run;
   {
-    FingerprintProgress progress(options.trials);
-    const LibraryLog log(options.verbose ? shown_if(true)
-                                         : [&](const std::string& line) { progress.follow(line); });
-    classic::write_fingerprint(options.file, chain, output.stream(),
-                               {options.closure, options.trials, options.step, options.threshold,
-                                options.mode == Mode::kMatrix, options.memory},
-                               seed);
+    Progress progress;
+    const auto directions = static_cast<double>(options.fingerprint.directions);
+    run.progress = [&](double fraction) {
+      progress.show_bar(title, fraction, directions, "directions");
+    };
+    write(fingerprint(chain.points, options.fingerprint, run), chain, format_for(options),
+          output.stream());
   }
   output.publish();
-  report(options, chain.size(), seed);
   return Exit::kDone;
 }
 
 }  // namespace
 
 void add_fingerprint(CLI::App& app, Work& work) {
-  auto options = std::make_shared<FingerprintOptions>();
+  auto options = std::make_shared<Options>();
   CLI::App* command =
-      app.add_subcommand("fingerprint", "Write the knots of a chain's sub-chains to a file");
+      app.add_subcommand("fingerprint", "Write the knots of all sub-chains of a chain to a file");
   command->add_option("FILE", options->file, kFormatsRead)->required()->type_name("");
   command
       ->add_option("-o,--output", options->output,
-                   "File for the fingerprint, replaced when it is\n"
-                   "there; - is standard output")
+                   "File for the fingerprint, replaced when it is\nthere; - is standard output")
       ->required()
       ->type_name("OUT");
-  add_choice(*command, "--closure", options->closure, kFingerprintClosures,
-             "How the ends of every sub-chain are joined;\n"
-             "see korvex knot --help");
-  add_trials(*command, options->trials, "Closures of every sub-chain to vote over");
-  add_seed(*command, options->seed);
-  command
-      ->add_option("--step", options->step,
-                   "Spacing of the net of sub-chains that is examined\n"
-                   "first")
-      ->check(within(1, std::numeric_limits<int>::max()))
-      ->type_name("ATOMS")
-      ->capture_default_str();
-  command
-      ->add_option("--threshold", options->threshold,
-                   "Sub-chains of the net whose knot has more than\n"
-                   "this share of the votes have all sub-chains\n"
-                   "around them examined too")
-      ->check(within(0, 100))
-      ->type_name("PERCENT")
-      ->capture_default_str();
-  add_choice(*command, "--mode", options->mode, kModes,
-             "matrix, a line for every knotted sub-chain with\n"
-             "the names of its knots; dict, a dictionary of\n"
-             "Alexander polynomials");
-  add_memory(*command, options->memory,
-             "Most memory for one batch of closed sub-chains, in\n"
-             "bytes or with K, M or G (powers of 1024); has no\n"
-             "effect on the answer");
-  add_verbose(*command, options->verbose);
+  add_fingerprint_options(*command, options->fingerprint);
+  add_run_options(*command, options->run);
+  add_chain_options(*command, options->read);
+  add_choice(*command, "--format", options->format, kFormats,
+             "NumPy archive, a line for each type of a knotted\nsub-chain, JSON, or the matrix "
+             "text of --classic;\ndefault: by the end of OUT's name, else matrix");
+  add_classic_flag(*command);
   command->callback([&work, options] { work = [options] { return run_fingerprint(*options); }; });
 }
 

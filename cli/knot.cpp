@@ -1,94 +1,176 @@
+#include <fmt/format.h>
+
+#include <charconv>
 #include <iostream>
 #include <memory>
-#include <new>
-#include <optional>
+#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
-#include "chain_input.hpp"
-#include "classic.hpp"
 #include "command.hpp"
-#include "knot_report.hpp"
-#include "library_log.hpp"
+#include "engine_options.hpp"
+#include "korvex/votes.hpp"
 #include "options.hpp"
 #include "progress.hpp"
 
 namespace korvex::cli {
 namespace {
 
-struct KnotOptions {
-  std::vector<std::string> files;
-  Closure closure = Closure::kDirection;
-  int trials = 100;
-  std::optional<unsigned> seed;
-  bool check = false;
-  ReportFormat format = ReportFormat::kText;
-  bool verbose = false;
+enum class Format { kText, kTsv, kJson };
+
+const Choices<Format> kFormats = {
+    {"text", Format::kText}, {"tsv", Format::kTsv}, {"json", Format::kJson}};
+
+const Choices<korvex::Closure> kEngineClosures = {
+    {"rays", korvex::Closure::kRays}, {"two-points", korvex::Closure::kTwoPoints},
+    {"out", korvex::Closure::kOut},   {"direct", korvex::Closure::kDirect},
+    {"ring", korvex::Closure::kRing},
 };
 
-KnotResult answer_one(const std::string& file, const KnotOptions& options, unsigned seed) {
-  KnotResult result;
-  result.file = file;
-  const std::vector<ChainAtom> chain = read_chain(file);
-  result.atoms = chain.size();
-  if (options.check) {
-    result.distances = CheckDistancesBetweenAtoms(chain);
-    if (*result.distances != "OK") complain(file + ": warning: " + *result.distances);
+struct KnotOptions {
+  std::vector<std::string> files;
+  ReadOptions read;
+  VoteOptions votes;
+  bool closure_given = false;
+  Run run;
+  Format format = Format::kText;
+};
+
+// What is printed of one chain after another.
+class KnotPrinter {
+ public:
+  KnotPrinter(std::ostream& out, Format format) : out_(out), format_(format) {
+    if (format == Format::kTsv)
+      out << "source\tmodel\tchain\tresidues\tclosure\ttrials\ttype\tvotes\tshare\tlow\thigh\n";
   }
-  Progress progress;
-  result.answer =
-      classic::determine(file, chain, options.closure, options.trials, seed,
-                         [&](int done, int total) { progress.show(file, done, total, "trials"); });
-  return result;
-}
+
+  void add(const Chain& chain, korvex::Closure closure, const Votes& votes) {
+    if (format_ == Format::kText) return add_text(chain, votes);
+    if (format_ == Format::kTsv) return add_rows(chain, closure, votes);
+    json_.push_back(as_json(chain, closure, votes));
+  }
+
+  void finish() const {
+    if (format_ == Format::kJson) out_ << json_.dump(2) << '\n';
+  }
+
+ private:
+  void add_text(const Chain& chain, const Votes& votes) const {
+    out_ << title_of(chain) << ": ";
+    const char* separator = "";
+    for (const TypeVotes& type : votes.types) {
+      out_ << separator << type.type;
+      if (votes.trials > 1)
+        out_ << fmt::format(" {:.0f} % [{:.0f}-{:.0f}]", 100 * type.share, 100 * type.interval.low,
+                            100 * type.interval.high);
+      separator = ", ";
+    }
+    out_ << fmt::format(" ({} residues, {} {})\n", chain.points.size(), votes.trials,
+                        votes.trials == 1 ? "closure" : "closures");
+  }
+
+  void add_rows(const Chain& chain, korvex::Closure closure, const Votes& votes) const {
+    for (const TypeVotes& type : votes.types)
+      out_ << fmt::format("{}\t{}\t{}\t{}\t{}\t{}\t{}\t{}\t{:.6g}\t{:.6g}\t{:.6g}\n", chain.source,
+                          chain.model, chain.name, chain.points.size(), name_of(closure),
+                          votes.trials, type.type, type.count, type.share, type.interval.low,
+                          type.interval.high);
+  }
+
+  static nlohmann::ordered_json as_json(const Chain& chain, korvex::Closure closure,
+                                        const Votes& votes) {
+    nlohmann::ordered_json json{{"source", chain.source},      {"model", chain.model},
+                                {"chain", chain.name},         {"residues", chain.points.size()},
+                                {"closure", name_of(closure)}, {"trials", votes.trials}};
+    json["types"] = nlohmann::ordered_json::array();
+    for (const TypeVotes& type : votes.types)
+      json["types"].push_back({{"type", type.type},
+                               {"votes", type.count},
+                               {"share", type.share},
+                               {"low", type.interval.low},
+                               {"high", type.interval.high}});
+    auto& crossings = json["crossings"] = nlohmann::ordered_json::object();
+    for (const auto& [count, diagrams] : votes.crossings)
+      crossings[std::to_string(count)] = diagrams;
+    return json;
+  }
+
+  std::ostream& out_;
+  Format format_;
+  nlohmann::ordered_json json_ = nlohmann::ordered_json::array();
+};
 
 Exit run_knot(const KnotOptions& options) {
-  const LibraryLog log(shown_if(options.verbose));
-  const unsigned seed = classic::choose_seed(options.seed);
-  KnotReport report(std::cout, options.format,
-                    {name_of(options.closure, kClosures),
-                     classic::determinations(options.closure, options.trials), seed});
-  Exit exit = Exit::kDone;
-  for (const std::string& file : options.files) {
-    try {
-      report.add(answer_one(file, options, seed));
-    } catch (const Failure& failure) {
-      complain(failure.what());
-      exit = failure.status();
-    } catch (const std::bad_alloc&) {
-      complain(file + ": there is not enough memory for this chain");
-      exit = Exit::kSomeInputsFailed;
-    }
-  }
-  report.finish();
+  KnotPrinter printer(std::cout, options.format);
+  const Exit exit = for_each_chain(options.files, options.read, [&](const Chain& chain) {
+    Progress progress;
+    VoteOptions votes = options.votes;
+    if (chain.closed && !options.closure_given) votes.closure = korvex::Closure::kRing;
+    const std::string title = title_of(chain);
+    Run run = options.run;
+    const auto trials = static_cast<double>(votes.trials > 0 ? votes.trials : votes.most_trials);
+    run.progress = [&](double fraction) { progress.show_bar(title, fraction, trials, "closures"); };
+    printer.add(chain, votes.closure, vote(chain.points, votes, run));
+  });
+  printer.finish();
   return exit;
+}
+
+void add_auto_trials(CLI::App& command, VoteOptions& votes) {
+  const auto parse = [](const std::string& text, std::size_t& trials) {
+    if (text == "auto") {
+      trials = 0;
+      return true;
+    }
+    const char* end = text.data() + text.size();
+    const auto [rest, error] = std::from_chars(text.data(), end, trials);
+    return error == std::errc() && rest == end && trials > 0;
+  };
+  const auto refuse = [parse](const std::string& text) {
+    std::size_t trials = 0;
+    return parse(text, trials) ? std::string()
+                               : "'" + text + "' is neither auto nor a whole number above 0";
+  };
+  const auto assign = [&votes, parse](const std::string& text) { parse(text, votes.trials); };
+  command
+      .add_option_function<std::string>(
+          "--trials", assign,
+          "Closures by rays or two points to vote over; auto:\nas many as it takes until one type "
+          "has more than\nhalf for certain, or all shares are known to the\ntolerance")
+      ->check(refuse, "")
+      ->type_name("COUNT|auto")
+      ->default_str("100");
 }
 
 }  // namespace
 
 void add_knot(CLI::App& app, Work& work) {
   auto options = std::make_shared<KnotOptions>();
-  CLI::App* command = app.add_subcommand("knot", "Name the knot that each file's chain forms");
+  CLI::App* command =
+      app.add_subcommand("knot", "Name the knots that chains form, with shares and intervals");
   command->add_option("FILE", options->files, kFormatsRead)->required()->type_name("");
-  add_choice(*command, "--closure", options->closure, kClosures,
-             "How the chain's ends are joined: out, carried\n"
-             "outwards and around the chain; two-points, each\n"
-             "to its own random far point; one-point, both to\n"
-             "one; direction, both in one random direction;\n"
-             "none, to each other (a ring)");
-  add_trials(*command, options->trials,
-             "Closures to vote over; out and none are the same\n"
-             "every time and made once");
-  add_seed(*command, options->seed);
-  command->add_flag("--check", options->check,
-                    "Warn of repeated atoms and gaps: consecutive\n"
-                    "atoms at a distance of zero, below half or\n"
-                    "beyond 1.5 times the chain's median");
-  add_choice(*command, "--format", options->format, kReportFormats,
-             "text, the ranked list with percentages; tsv and\n"
-             "json, the votes and share of every knot type too");
-  add_verbose(*command, options->verbose);
-  command->callback([&work, options] { work = [options] { return run_knot(*options); }; });
+  CLI::Option* closure =
+      add_choice(*command, "--closure", options->votes.closure, kEngineClosures,
+                 "How the ends are joined: both to infinity in one\ndirection; each in its own; "
+                 "away from the centre;\nstraight to each other; or they are joined already\n"
+                 "(the default for closed chains)");
+  add_auto_trials(*command, options->votes);
+  command
+      ->add_option("--tolerance", options->votes.tolerance,
+                   "Half the width of the 95 % intervals at which\n--trials auto stops")
+      ->type_name("SHARE")
+      ->capture_default_str();
+  add_sampling(*command, options->votes.sampling);
+  add_run_options(*command, options->run);
+  add_chain_options(*command, options->read);
+  add_choice(*command, "--format", options->format, kFormats,
+             "text, a line for each chain; tsv, a line for each\ntype; json, the crossings of the "
+             "diagrams too");
+  add_classic_flag(*command);
+  command->callback([&work, options, closure] {
+    options->closure_given = closure->count() > 0;
+    work = [options] { return run_knot(*options); };
+  });
 }
 
 }  // namespace korvex::cli

@@ -1,13 +1,17 @@
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
+#include <algorithm>
 #include <exception>
 #include <iostream>
 #include <new>
+#include <span>
 #include <string>
+#include <string_view>
 
 #include "command.hpp"
 #include "interrupt.hpp"
+#include "korvex/error.hpp"
 
 namespace korvex::cli {
 
@@ -16,7 +20,17 @@ void complain(const std::string& message) { std::cerr << "korvex: " + message + 
 namespace {
 
 using AddSubcommand = void (*)(CLI::App&, Work&);
-constexpr AddSubcommand kSubcommands[] = {add_knot, add_fingerprint};
+constexpr AddSubcommand kSubcommands[] = {add_knot, add_fingerprint, add_locate, add_table};
+constexpr AddSubcommand kClassicSubcommands[] = {add_classic_knot, add_classic_fingerprint,
+                                                 add_locate, add_table};
+
+std::span<const AddSubcommand> subcommands(int argc, char** argv) {
+  const auto is_classic = [](const char* argument) {
+    return std::string_view(argument) == "--classic";
+  };
+  if (std::any_of(argv, argv + argc, is_classic)) return kClassicSubcommands;
+  return kSubcommands;
+}
 
 std::string one_line_with_advice(const CLI::App* app, const CLI::Error& error) {
   std::string command = "korvex";
@@ -39,6 +53,9 @@ Exit guarded(const Work& work) {
   } catch (const Failure& failure) {
     complain(failure.what());
     return failure.status();
+  } catch (const korvex::Error& error) {
+    complain(error.what());
+    return error.code() == ErrorCode::kInvalidArgument ? Exit::kUsage : Exit::kSomeInputsFailed;
   } catch (const std::bad_alloc&) {
     complain("out of memory");
   } catch (const std::exception& error) {
@@ -56,7 +73,7 @@ int run(int argc, char** argv) {
       "Exit status: 0 done, 1 some inputs failed, 2 usage, 3 internal error, 130 interrupted.");
 
   Work work;
-  for (const AddSubcommand add : kSubcommands) add(app, work);
+  for (const AddSubcommand add : subcommands(argc, argv)) add(app, work);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& outcome) {

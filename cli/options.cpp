@@ -64,6 +64,12 @@ CLI::Option* add_seed(CLI::App& command, std::optional<unsigned>& seed) {
       ->default_str("random");
 }
 
+CLI::Option* add_classic_flag(CLI::App& command) {
+  return command.add_flag("--classic",
+                          "Use the exported interface, whose options and\n"
+                          "answers differ: see --classic --help");
+}
+
 CLI::Option* add_verbose(CLI::App& command, bool& verbose) {
   return command.add_flag("--verbose", verbose, "Show what the libraries report meanwhile");
 }

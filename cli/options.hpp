@@ -43,6 +43,8 @@ CLI::Option* add_memory(CLI::App& command, unsigned long long& bytes,
 
 CLI::Option* add_trials(CLI::App& command, int& trials, const std::string& description);
 CLI::Option* add_seed(CLI::App& command, std::optional<unsigned>& seed);
+// The flag that chooses the exported interface; main() acts on it before anything is parsed.
+CLI::Option* add_classic_flag(CLI::App& command);
 CLI::Option* add_verbose(CLI::App& command, bool& verbose);
 
 inline constexpr const char* kFormatsRead =

@@ -30,4 +30,26 @@ void Progress::show(const std::string& what, long long done, long long total, co
             << std::flush;
 }
 
+void Progress::show_bar(const std::string& what, double fraction, double total, const char* unit) {
+  constexpr int kWidth = 24;
+  const auto now = std::chrono::steady_clock::now();
+  if (!on_terminal_) return;
+  if (bar_of_ != what) {
+    bar_of_ = what;
+    bar_start_ = now;
+  }
+  if (now < next_) return;
+  next_ = now + kInterval;
+  shown_ = true;
+  const double seconds = std::chrono::duration<double>(now - bar_start_).count();
+  const auto filled = static_cast<int>(fraction * kWidth);
+  std::string rate = "";
+  if (seconds > 0 && fraction > 0)
+    rate = fmt::format(" {:.3g} {}/s, {:.0f} s left", fraction * total / seconds, unit,
+                       seconds * (1 - fraction) / fraction);
+  std::cerr << fmt::format("{}{} [{:#>{}}{:>{}}] {:3.0f} %{}", kEraseLine, what, "", filled, "",
+                           kWidth - filled, 100 * fraction, rate)
+            << std::flush;
+}
+
 }  // namespace korvex::cli

@@ -6,6 +6,7 @@
 
 #include "engine/diagram/projection.hpp"
 #include "engine/fingerprint/fingerprint_data.hpp"
+#include "engine/identify/identification.hpp"
 #include "engine/run/parallel.hpp"
 #include "korvex/error.hpp"
 
@@ -176,6 +177,11 @@ Fingerprint::Vote Fingerprint::dominant(std::size_t begin, std::size_t end) cons
 Fingerprint fingerprint_with(const Identification& identify, std::span<const Point> chain,
                              const FingerprintOptions& options, const Run& run) {
   return Computation(identify, chain, options, run).compute();
+}
+
+Fingerprint fingerprint(std::span<const Point> chain, const FingerprintOptions& options,
+                        const Run& run) {
+  return fingerprint_with(identified_name, chain, options, run);
 }
 
 }  // namespace korvex

@@ -8,6 +8,7 @@
 #include "engine/diagram/code_reduction.hpp"
 #include "engine/diagram/projection.hpp"
 #include "engine/geometry/triangle_elimination.hpp"
+#include "engine/identify/identification.hpp"
 #include "engine/identify/voting.hpp"
 #include "engine/run/parallel.hpp"
 #include "korvex/error.hpp"
@@ -199,6 +200,10 @@ class Voting {
 Votes vote_with(const Identification& identify, std::span<const Point> chain,
                 const VoteOptions& options, const Run& run) {
   return Voting(identify, chain, options, run).cast();
+}
+
+Votes vote(std::span<const Point> chain, const VoteOptions& options, const Run& run) {
+  return vote_with(identified_name, chain, options, run);
 }
 
 }  // namespace korvex

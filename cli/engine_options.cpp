@@ -1,0 +1,170 @@
+#include "engine_options.hpp"
+
+#include <charconv>
+#include <iostream>
+#include <limits>
+#include <new>
+#include <optional>
+#include <string_view>
+
+#include "korvex/error.hpp"
+#include "options.hpp"
+
+namespace korvex::cli {
+namespace {
+
+const Choices<GapPolicy> kGapPolicies = {
+    {"bridge", GapPolicy::kBridge}, {"split", GapPolicy::kSplit}, {"reject", GapPolicy::kReject}};
+const Choices<Numbering> kNumberings = {{"author", Numbering::kAuthor},
+                                        {"label", Numbering::kLabel}};
+const Choices<Sampling> kSamplings = {{"lattice", Sampling::kLattice},
+                                      {"independent", Sampling::kIndependent}};
+const Choices<korvex::Closure> kSampledClosures = {{"rays", korvex::Closure::kRays},
+                                                   {"two-points", korvex::Closure::kTwoPoints}};
+
+// A bound of a range: a number and perhaps an insertion code, taken off the front of `text`.
+template <typename Number>
+bool take_bound(std::string_view& text, Number& number, char* code) {
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc()) return false;
+  text.remove_prefix(static_cast<std::size_t>(end - text.data()));
+  if (code != nullptr && !text.empty() && text.front() != '-') {
+    *code = text.front();
+    text.remove_prefix(1);
+  }
+  return true;
+}
+
+// "first-last" or one bound for both.
+std::optional<ResidueRange> residues_from(std::string_view text) {
+  ResidueRange range;
+  if (!take_bound(text, range.first, &range.first_code)) return std::nullopt;
+  range.last = range.first;
+  range.last_code = range.first_code;
+  if (text.empty()) return range;
+  if (text.front() != '-') return std::nullopt;
+  text.remove_prefix(1);
+  range.last_code = ' ';
+  if (!take_bound(text, range.last, &range.last_code) || !text.empty()) return std::nullopt;
+  return range;
+}
+
+std::optional<ModelRange> models_from(std::string_view text) {
+  ModelRange range;
+  if (!take_bound(text, range.first, nullptr)) return std::nullopt;
+  range.last = range.first;
+  if (text.empty()) return range;
+  if (text.front() != '-') return std::nullopt;
+  text.remove_prefix(1);
+  if (!take_bound(text, range.last, nullptr) || !text.empty()) return std::nullopt;
+  return range;
+}
+
+// An option whose text `parse` turns into a value, or refuses.
+template <typename Value>
+CLI::Option* add_parsed(CLI::App& command, const std::string& option, Value& value,
+                        std::optional<Value> (*parse)(std::string_view), const char* form,
+                        const std::string& description) {
+  const auto assign = [&value, parse](const std::string& text) { value = *parse(text); };
+  const auto refuse = [parse, form](const std::string& text) {
+    return parse(text) ? std::string() : "'" + text + "' is not of the form " + form;
+  };
+  return command.add_option_function<std::string>(option, assign, description)
+      ->check(refuse, "")
+      ->type_name(form);
+}
+
+}  // namespace
+
+void add_chain_options(CLI::App& command, ReadOptions& read) {
+  add_parsed(command, "--model", read.models, models_from, "N[-N]",
+             "Models or frames of the file, both included;\ndefault: all");
+  command
+      .add_option("--chain", read.chains,
+                  "Chains by their names, separated by commas;\ndefault: all")
+      ->delimiter(',')
+      ->type_name("NAME");
+  add_parsed(command, "--residues", read.residues, residues_from, "N[-N]",
+             "Residue numbers, both included, with insertion\ncodes where there are any: "
+             "10-52A; default: all");
+  command
+      .add_option("--atom", read.atom,
+                  "Atom that stands for a residue; default: CA, or P\nin nucleic acids")
+      ->type_name("NAME");
+  add_choice(command, "--numbering", read.numbering, kNumberings,
+             "Chain names and residue numbers of an mmCIF file");
+  add_choice(command, "--gaps", read.gaps, kGapPolicies,
+             "Where neighbours are farther apart than 1.5 times\nthe median: join them "
+             "straight, make two chains,\nor refuse the chain");
+}
+
+void add_run_options(CLI::App& command, Run& run) {
+  run.threads = 0;
+  command.add_option("--threads", run.threads, "Threads; 0 for as many as the machine has")
+      ->check(within(0, 4096))
+      ->type_name("COUNT")
+      ->capture_default_str();
+  command
+      .add_option("--seed", run.seed,
+                  "Fixes the directions: the same seed gives the same\nanswer on any number of "
+                  "threads")
+      ->type_name("NUMBER")
+      ->capture_default_str();
+}
+
+void add_sampling(CLI::App& command, Sampling& sampling) {
+  add_choice(command, "--sampling", sampling, kSamplings,
+             "Directions: an even lattice turned at random, or\neach on its own at random");
+}
+
+void add_fingerprint_options(CLI::App& command, FingerprintOptions& options) {
+  add_choice(command, "--closure", options.closure, kSampledClosures,
+             "How both ends of a sub-chain are led to infinity:\nin one direction, or each in its "
+             "own");
+  command.add_option("--directions", options.directions, "Votes for every sub-chain")
+      ->check(within(1, std::numeric_limits<int>::max()))
+      ->type_name("COUNT")
+      ->capture_default_str();
+  command.add_option("--step", options.step, "Residues from one end of a sub-chain to the next")
+      ->check(within(1, std::numeric_limits<int>::max()))
+      ->type_name("COUNT")
+      ->capture_default_str();
+  add_sampling(command, options.sampling);
+}
+
+Source source_named(const std::string& name) {
+  return name == "-" ? Source::stream(std::cin, "standard input") : Source(name);
+}
+
+std::string title_of(const Chain& chain) {
+  std::string title = chain.source;
+  if (chain.model != 1) title += " model " + std::to_string(chain.model);
+  if (!chain.name.empty()) title += " chain " + chain.name;
+  return title;
+}
+
+Exit for_each_chain(const std::vector<std::string>& files, const ReadOptions& read,
+                    const std::function<void(const Chain&)>& work) {
+  Exit exit = Exit::kDone;
+  for (const std::string& file : files) {
+    std::string title = file;
+    try {
+      visit_chains(source_named(file), read, [&](Chain&& chain) {
+        title = title_of(chain);
+        for (const std::string& warning : chain.warnings) complain("warning: " + warning);
+        work(chain);
+        title = file;
+        return true;
+      });
+    } catch (const korvex::Error& error) {
+      complain(error.file().empty() ? title + ": " + error.what() : error.what());
+      exit = Exit::kSomeInputsFailed;
+    } catch (const std::bad_alloc&) {
+      complain(title + ": there is not enough memory for this chain");
+      exit = Exit::kSomeInputsFailed;
+    }
+  }
+  return exit;
+}
+
+}  // namespace korvex::cli

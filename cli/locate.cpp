@@ -1,0 +1,71 @@
+#include "korvex/locate.hpp"
+
+#include <iostream>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "command.hpp"
+#include "engine_options.hpp"
+#include "korvex/save.hpp"
+#include "options.hpp"
+#include "progress.hpp"
+
+namespace korvex::cli {
+namespace {
+
+const Choices<LocationFormat> kFormats = {{"text", LocationFormat::kText},
+                                          {"tsv", LocationFormat::kTsv},
+                                          {"json", LocationFormat::kJson},
+                                          {"pymol", LocationFormat::kPymol},
+                                          {"chimerax", LocationFormat::kChimerax}};
+
+struct Options {
+  std::vector<std::string> files;
+  ReadOptions read;
+  FingerprintOptions fingerprint;
+  LocateOptions locate;
+  Run run;
+  LocationFormat format = LocationFormat::kText;
+};
+
+Exit run_locate(const Options& options) {
+  return for_each_chain(options.files, options.read, [&](const Chain& chain) {
+    const std::string title = title_of(chain);
+    Run run = options.run;
+    Location location;
+    {
+      Progress progress;
+      const auto directions = static_cast<double>(options.fingerprint.directions);
+      run.progress = [&](double fraction) {
+        progress.show_bar(title, fraction, directions, "directions");
+      };
+      location = locate(fingerprint(chain.points, options.fingerprint, run), options.locate);
+    }
+    write_location(location, chain, options.format, std::cout);
+    std::cout.flush();
+  });
+}
+
+}  // namespace
+
+void add_locate(CLI::App& app, Work& work) {
+  auto options = std::make_shared<Options>();
+  CLI::App* command = app.add_subcommand(
+      "locate", "Tell where chains are knotted: cores, tails, slipknots, composites");
+  command->add_option("FILE", options->files, kFormatsRead)->required()->type_name("");
+  command
+      ->add_option("--threshold", options->locate.threshold,
+                   "Share of a sub-chain's votes at which it counts as\nso knotted")
+      ->type_name("SHARE")
+      ->capture_default_str();
+  add_fingerprint_options(*command, options->fingerprint);
+  add_run_options(*command, options->run);
+  add_chain_options(*command, options->read);
+  add_choice(*command, "--format", options->format, kFormats,
+             "text; tsv and json, for programs; pymol and\nchimerax, commands that colour the "
+             "cores");
+  command->callback([&work, options] { work = [options] { return run_locate(*options); }; });
+}
+
+}  // namespace korvex::cli
