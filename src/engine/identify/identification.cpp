@@ -4,6 +4,6 @@
 
 namespace korvex {
 
-std::string identified_name(const GaussCode& closed) { return identify(Diagram(closed)).name(); }
+std::string identified_name(const GaussCode& closed) { return identify(Diagram(closed)).name; }
 
 }  // namespace korvex

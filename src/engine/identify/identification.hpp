@@ -7,7 +7,7 @@
 
 namespace korvex {
 
-// KnotIdentity::name(), with hands, of the diagram with this code.
+// KnotIdentity::name, with hands, of the diagram with this code.
 std::string identified_name(const GaussCode& closed);
 
 }  // namespace korvex
