@@ -112,6 +112,18 @@ void add_run_options(CLI::App& command, Run& run) {
       ->capture_default_str();
 }
 
+CLI::Validator share() {
+  return CLI::Validator(
+      [](const std::string& text) {
+        double value = 0;
+        const char* end = text.data() + text.size();
+        const auto [rest, error] = std::from_chars(text.data(), end, value);
+        if (error == std::errc() && rest == end && value > 0 && value <= 1) return std::string();
+        return "'" + text + "' is not a number above 0 and at most 1";
+      },
+      "");
+}
+
 void add_sampling(CLI::App& command, Sampling& sampling) {
   add_choice(command, "--sampling", sampling, kSamplings,
              "Directions: an even lattice turned at random, or\neach on its own at random");

@@ -28,6 +28,9 @@ void add_run_options(CLI::App& command, Run& run);
 // --closure (rays or two-points), --directions, --step, --sampling.
 void add_fingerprint_options(CLI::App& command, FingerprintOptions& options);
 
+// A check that refuses all but numbers above 0 and at most 1.
+CLI::Validator share();
+
 // --sampling.
 void add_sampling(CLI::App& command, Sampling& sampling);
 

@@ -65,7 +65,8 @@ class KnotPrinter {
                             100 * type.interval.high);
       separator = ", ";
     }
-    out_ << fmt::format(" ({} residues, {} {})\n", chain.points.size(), votes.trials,
+    out_ << fmt::format(" ({} {}, {} {})\n", chain.points.size(),
+                        chain.points.size() == 1 ? "residue" : "residues", votes.trials,
                         votes.trials == 1 ? "closure" : "closures");
   }
 
@@ -158,6 +159,7 @@ void add_knot(CLI::App& app, Work& work) {
   command
       ->add_option("--tolerance", options->votes.tolerance,
                    "Half the width of the 95 % intervals at which\n--trials auto stops")
+      ->check(share())
       ->type_name("SHARE")
       ->capture_default_str();
   add_sampling(*command, options->votes.sampling);

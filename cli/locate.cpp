@@ -30,7 +30,11 @@ struct Options {
 };
 
 Exit run_locate(const Options& options) {
-  return for_each_chain(options.files, options.read, [&](const Chain& chain) {
+  const bool as_array = options.format == LocationFormat::kJson;
+  const char* separator = "";
+  write_location_head(options.format, std::cout);
+  if (as_array) std::cout << "[";
+  const Exit exit = for_each_chain(options.files, options.read, [&](const Chain& chain) {
     const std::string title = title_of(chain);
     Run run = options.run;
     Location location;
@@ -42,9 +46,13 @@ Exit run_locate(const Options& options) {
       };
       location = locate(fingerprint(chain.points, options.fingerprint, run), options.locate);
     }
+    if (as_array) std::cout << separator;
+    separator = ", ";
     write_location(location, chain, options.format, std::cout);
     std::cout.flush();
   });
+  if (as_array) std::cout << "]\n";
+  return exit;
 }
 
 }  // namespace
@@ -57,6 +65,7 @@ void add_locate(CLI::App& app, Work& work) {
   command
       ->add_option("--threshold", options->locate.threshold,
                    "Share of a sub-chain's votes at which it counts as\nso knotted")
+      ->check(share())
       ->type_name("SHARE")
       ->capture_default_str();
   add_fingerprint_options(*command, options->fingerprint);

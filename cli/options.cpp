@@ -65,8 +65,9 @@ CLI::Option* add_seed(CLI::App& command, std::optional<unsigned>& seed) {
 }
 
 CLI::Option* add_classic_flag(CLI::App& command) {
-  return command.add_flag("--classic")->description(
-      "Use the exported interface, whose options and\nanswers differ: see --classic --help");
+  return command.add_flag("--classic")
+      ->description(
+          "Use the exported interface, whose options and\nanswers differ: see --classic --help");
 }
 
 CLI::Option* add_verbose(CLI::App& command, bool& verbose) {

@@ -23,7 +23,7 @@ namespace korvex {
 struct FingerprintOptions {
   Closure closure = Closure::kRays;        // kRays or kTwoPoints
   Sampling sampling = Sampling::kLattice;  // of the directions
-  std::size_t directions = 100;            // votes for each sub-chain, at least 1
+  std::size_t directions = 100;            // votes for each sub-chain, 1 to a million
   std::size_t step = 1;                    // residues from station to station, at least 1
   // Decide every sub-chain for itself in every direction. The answer is the same; it takes
   // hundreds of times longer and is there to check the fast way.

@@ -54,7 +54,11 @@ KORVEX_API void write_matrix(const Fingerprint& fingerprint, std::span<const Res
 // How a location is written, for people and for programs that draw molecules.
 enum class LocationFormat { kText, kTsv, kJson, kPymol, kChimerax };
 
-// `chain` gives source, chain name and labels.
+// What comes before the first location: the names of the columns in kTsv, else nothing.
+KORVEX_API void write_location_head(LocationFormat format, std::ostream& out);
+
+// `chain` gives source, model, chain name and labels. In kTsv a line for each knot, or one with the
+// type alone where there is none; in kJson one object, without a line end.
 KORVEX_API void write_location(const Location& location, const Chain& chain, LocationFormat format,
                                std::ostream& out);
 

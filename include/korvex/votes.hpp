@@ -21,9 +21,9 @@ struct VoteOptions {
   // Votes by rays or by two points; the other closures cast one. 0 draws lattices of 100 votes each
   // until the interval of the most frequent type lies above one half, or no type's interval is
   // wider than twice the tolerance, or there are most_trials votes.
-  std::size_t trials = 100;
+  std::size_t trials = 100;          // at most 10 million
   double tolerance = 0.02;           // share of the votes, above 0
-  std::size_t most_trials = 10'000;  // at least 100
+  std::size_t most_trials = 10'000;  // 100 to 10 million
 };
 
 struct TypeVotes {

@@ -55,7 +55,7 @@ class Interrupts(InTemporaryDirectory):
     def interrupted(self, number):
         """Exit status of a fingerprint that was sent a signal as soon as it had begun."""
         process = subprocess.Popen(
-            [KORVEX, "fingerprint", PROTEIN, "-o", "out", "--verbose", *ENDLESS],
+            [KORVEX, "fingerprint", "--classic", PROTEIN, "-o", "out", "--verbose", *ENDLESS],
             cwd=self.directory,
             stderr=subprocess.PIPE,
         )
@@ -76,7 +76,7 @@ class Interrupts(InTemporaryDirectory):
 
     def test_knot_ends_with_130(self):
         process = subprocess.Popen(
-            [KORVEX, "knot", PROTEIN, "--trials", "2000000000"], stdout=subprocess.PIPE
+            [KORVEX, "knot", "--classic", PROTEIN, "--trials", "2000000000"], stdout=subprocess.PIPE
         )
         process.stdout.readline()
         process.send_signal(signal.SIGINT)
@@ -85,7 +85,7 @@ class Interrupts(InTemporaryDirectory):
 
 
 class Progress(InTemporaryDirectory):
-    ARGUMENTS = ["fingerprint", PROTEIN, "-o", "out", "--trials", "10", "--seed", "1"]
+    ARGUMENTS = ["fingerprint", "--classic", PROTEIN, "-o", "out", "--trials", "10", "--seed", "1"]
 
     def test_terminal_shows_progress_and_erases_it(self):
         status, output, shown = on_terminal([*self.ARGUMENTS, "--memory", "64K"], self.directory)
@@ -101,7 +101,7 @@ class Progress(InTemporaryDirectory):
         self.assertEqual(result.stderr, b"")
 
     def test_knot_shows_trials(self):
-        _, output, shown = on_terminal(["knot", PROTEIN, "--seed", "1"], self.directory)
+        _, output, shown = on_terminal(["knot", "--classic", PROTEIN, "--seed", "1"], self.directory)
         self.assertRegex(shown, r"2efv_CA\.pdb: \d+ of 100 trials")
         self.assertIn("3_1(", output)
 

@@ -189,6 +189,7 @@ TEST(Fingerprint, OfTheReversedChainIsReversed) {
 TEST(Fingerprint, RefusesOptionsOutOfRange) {
   const auto chain = random_walk(1, 10);
   EXPECT_THROW(computed(chain, {.directions = 0}), Error);
+  EXPECT_THROW(computed(chain, {.directions = 1'000'001}), Error);
   EXPECT_THROW(computed(chain, {.step = 0}), Error);
   EXPECT_THROW(computed(chain, {.closure = Closure::kDirect}), Error);
 }

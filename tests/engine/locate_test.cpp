@@ -118,7 +118,7 @@ TEST(WriteLocation, NamesResiduesAsTheFileDoes) {
   EXPECT_NE(written(location, LocationFormat::kChimerax).find("color /A:105A-110 red"),
             std::string::npos);
   EXPECT_NE(
-      written(location, LocationFormat::kTsv).find("some.pdb\tA\t+3_1\t105A\t110\t1\t0\t5\t9"),
+      written(location, LocationFormat::kTsv).find("some.pdb\t1\tA\t+3_1\t105A\t110\t1\t0\t5\t9"),
       std::string::npos);
 }
 

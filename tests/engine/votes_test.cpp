@@ -192,6 +192,7 @@ TEST(Vote, RefusesOptionsAndChainsOutOfRange) {
   const auto chain = random_walk(1, 10);
   EXPECT_THROW(votes_of(chain, {.tolerance = 0}), Error);
   EXPECT_THROW(votes_of(chain, {.most_trials = 99}), Error);
+  EXPECT_THROW(votes_of(chain, {.trials = 10'000'001}), Error);
   auto broken = chain;
   broken[3].x = std::nan("");
   for (const Closure closure : {Closure::kRays, Closure::kOut, Closure::kRing})

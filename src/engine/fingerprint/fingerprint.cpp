@@ -13,6 +13,8 @@
 namespace korvex {
 namespace {
 
+constexpr std::size_t kMostDirections = 1'000'000;
+
 // One worker's share of the votes.
 struct Worker {
   Worker(std::span<const std::int32_t> stations, CodeTypes& shared, std::stop_token stop)
@@ -54,6 +56,8 @@ class Computation {
     if (!is_sampled(options_.closure))
       refuse("a fingerprint closes its sub-chains by rays or by two points: choose one of them");
     if (options_.directions == 0) refuse("a fingerprint needs at least 1 direction");
+    if (options_.directions > kMostDirections)
+      refuse("a fingerprint takes at most 1000000 directions");
     if (options_.step == 0) refuse("the step of a fingerprint must be at least 1 residue");
   }
 

@@ -39,14 +39,16 @@ class Writer {
   }
 
   void tsv() const {
-    out_ << "source\tchain\ttype\tcore_begin\tcore_end\tcore_share\twhole_share\ttail_before\t"
-            "tail_after\tsub_chains\tlongest_begin\tlongest_end\tundone_before\tundone_after\n";
+    if (location_.knots.empty()) {
+      out_ << chain_.source << '\t' << chain_.model << '\t' << chain_.name << '\t' << location_.type
+           << "\t\t\t\t" << location_.share << "\t\t\t\t\t\t\t\n";
+    }
     for (const KnotPlace& place : location_.knots) {
-      out_ << chain_.source << '\t' << chain_.name << '\t' << place.type << '\t'
-           << label(place.core.first) << '\t' << label(place.core.last) << '\t' << place.core_share
-           << '\t' << place.whole_share << '\t' << place.tail_before << '\t' << place.tail_after
-           << '\t' << place.sub_chains << '\t' << label(place.longest.first) << '\t'
-           << label(place.longest.last) << '\t'
+      out_ << chain_.source << '\t' << chain_.model << '\t' << chain_.name << '\t' << place.type
+           << '\t' << label(place.core.first) << '\t' << label(place.core.last) << '\t'
+           << place.core_share << '\t' << place.whole_share << '\t' << place.tail_before << '\t'
+           << place.tail_after << '\t' << place.sub_chains << '\t' << label(place.longest.first)
+           << '\t' << label(place.longest.last) << '\t'
            << (place.undone_before ? label(place.undone_before->residue) : "") << '\t'
            << (place.undone_after ? label(place.undone_after->residue) : "") << '\n';
     }
@@ -63,7 +65,7 @@ class Writer {
     json["factors"] = location_.factors;
     json["knots"] = Json::array();
     for (const KnotPlace& place : location_.knots) json["knots"].push_back(place_json(place));
-    out_ << json.dump(2) << '\n';
+    out_ << json.dump(2);
   }
 
   void pymol() const {
@@ -189,6 +191,13 @@ class Writer {
 };
 
 }  // namespace
+
+void write_location_head(LocationFormat format, std::ostream& out) {
+  if (format != LocationFormat::kTsv) return;
+  out << "source\tmodel\tchain\ttype\tcore_begin\tcore_end\tcore_share\twhole_share\t"
+         "tail_before\ttail_after\tsub_chains\tlongest_begin\tlongest_end\tundone_before\t"
+         "undone_after\n";
+}
 
 void write_location(const Location& location, const Chain& chain, LocationFormat format,
                     std::ostream& out) {

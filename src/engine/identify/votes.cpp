@@ -23,6 +23,8 @@ constexpr std::size_t kPiece = 25;
 // More directions than these leave too little to be reduced for all of them.
 constexpr std::size_t kMostShared = 400;
 
+constexpr std::size_t kMostVotes = 10'000'000;
+
 std::vector<Point> selected(std::span<const Point> points, std::span<const std::int32_t> indices) {
   std::vector<Point> chosen;
   chosen.reserve(indices.size());
@@ -62,6 +64,8 @@ class Voting {
     const auto refuse = [](const char* what) { throw Error(ErrorCode::kInvalidArgument, what); };
     if (!(options_.tolerance > 0)) refuse("the tolerance of the votes must be above 0");
     if (options_.most_trials < kLattice) refuse("the most trials must be at least 100");
+    if (std::max(options_.trials, options_.most_trials) > kMostVotes)
+      refuse("more than 10000000 votes are not cast at once");
     require_usable(chain_);
   }
 
