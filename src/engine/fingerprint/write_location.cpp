@@ -89,10 +89,12 @@ class Writer {
     for (std::size_t k = 0; k < location_.knots.size(); ++k) {
       const KnotPlace& place = location_.knots[k];
       out_ << "# " << place.type << '\n'
-           << "color " << chimerax_chain() << ':' << labels(place.core) << ' ' << color(k) << '\n';
+           << "color " << chimerax_chain() << ':' << chimerax_range(place.core) << ' ' << color(k)
+           << '\n';
       for (const auto& undone : {place.undone_before, place.undone_after})
         if (undone)
-          out_ << "color " << chimerax_chain() << ':' << labels(undone->loop) << " yellow\n";
+          out_ << "color " << chimerax_chain() << ':' << chimerax_range(undone->loop)
+               << " yellow\n";
     }
   }
 
@@ -101,7 +103,11 @@ class Writer {
     return residue_label(chain_.residues, static_cast<std::size_t>(residue));
   }
   std::string labels(const Stretch& stretch) const {
-    return label(stretch.first) + "-" + label(stretch.last);
+    const char* dash = stretch_is_negative(stretch) ? " to " : "-";
+    return label(stretch.first) + dash + label(stretch.last);
+  }
+  bool stretch_is_negative(const Stretch& stretch) const {
+    return label(stretch.first).front() == '-' || label(stretch.last).front() == '-';
   }
   // PyMOL takes a minus sign for part of a number only behind a backslash.
   std::string pymol_label(std::int32_t residue) const {
@@ -163,6 +169,9 @@ class Writer {
 
   std::string pymol_chain(const std::string& range) const {
     return chain_.name.empty() ? "all" + range : "chain " + chain_.name + range;
+  }
+  std::string chimerax_range(const Stretch& stretch) const {
+    return label(stretch.first) + "-" + label(stretch.last);
   }
   std::string chimerax_chain() const { return chain_.name.empty() ? "" : "/" + chain_.name; }
 
