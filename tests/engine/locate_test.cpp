@@ -107,7 +107,7 @@ TEST(WriteLocation, NamesResiduesAsTheFileDoes) {
   EXPECT_EQ(written(location, LocationFormat::kText),
             "some.pdb chain A: 0_1, share 1.00\n"
             "  +3_1: core 105A-110 (6 residues, share 1.00), tails 5 and 9 residues, in 18 "
-            "sub-chains up to 100-112\n"
+            "sub-chains, the longest 100-112\n"
             "    slipknot: with residue 113 +3_1 becomes 0_1; loop 111-113, tail 113-119\n");
   const auto json = nlohmann::json::parse(written(location, LocationFormat::kJson));
   EXPECT_EQ(json["knots"][0]["core"]["begin"], "105A");

@@ -32,7 +32,7 @@ class Writer {
       out_ << "  " << place.type << ": core " << labels(place.core) << " (" << place.core.length()
            << " residues, share " << rounded(place.core_share) << "), tails " << place.tail_before
            << " and " << place.tail_after << " residues, in " << place.sub_chains
-           << " sub-chains up to " << labels(place.longest) << '\n';
+           << " sub-chains, the longest " << labels(place.longest) << '\n';
       if (place.undone_before) undone(place, *place.undone_before);
       if (place.undone_after) undone(place, *place.undone_after);
     }
