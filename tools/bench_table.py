@@ -2,10 +2,12 @@
 """Runs the benchmarks and prints their medians beside the bars of bench/bars.tsv, pass or miss.
 
 usage: bench_table.py PROGRAM [--filter REGEX] [--repetitions N] [--bars FILE] [--save FILE]
+                      [--document FILE]
 
 Every comparison measures the plain and the fast form in one run on the same fresh inputs; a
 figure is the median of N repetitions, each with inputs of its own. --save keeps all figures, with
-machine and date, as JSON for tools/plot_scaling.py. Exit status 1 when a bar is missed.
+machine and date, as JSON for tools/plot_scaling.py; --document puts the table between the marks
+in a Markdown file. Exit status 1 when a bar is missed.
 """
 import argparse
 import datetime
@@ -91,8 +93,8 @@ def shown(value):
     return "" if value is None else f"{value:,.2f}" if value < 100 else f"{value:,.0f}"
 
 
-def print_table(medians, bars):
-    """Prints the table; returns how many bars were missed."""
+def make_table(medians, bars):
+    """The lines of the table, and how many bars were missed."""
     header = ("benchmark", "plain (us)", "fast (us)", "ratio", "bar", "verdict")
     rows = []
     missed = 0
@@ -114,12 +116,24 @@ def print_table(medians, bars):
                      shown(figures.get("ratio")), *first))
         rows.extend(("", "", "", "", *verdict) for verdict in rest)
     widths = [max(len(row[i]) for row in [header, *rows]) for i in range(len(header))]
+    lines = []
     for row in [header, tuple("-" * width for width in widths), *rows]:
         cells = [row[0].ljust(widths[0])]
         cells += [cell.rjust(width) for cell, width in zip(row[1:4], widths[1:4])]
         cells += [cell.ljust(width) for cell, width in zip(row[4:], widths[4:])]
-        print("| " + " | ".join(cells) + " |")
-    return missed
+        lines.append("| " + " | ".join(cells) + " |")
+    return lines, missed
+
+
+def put_into(document, lines):
+    """Replaces what stands between the marks in a Markdown file."""
+    begin, end = "<!-- measured -->\n", "<!-- /measured -->"
+    text = document.read_text(encoding="utf-8")
+    if text.count(begin) != 1 or text.count(end) != 1:
+        sys.exit(f"{document}: the marks {begin.strip()} and {end} must stand in it once each")
+    before, rest = text.split(begin)
+    document.write_text(before + begin + "\n".join(lines) + "\n" + end + rest.split(end)[1],
+                        encoding="utf-8")
 
 
 def main():
@@ -129,12 +143,16 @@ def main():
     parser.add_argument("--repetitions", type=int, default=9, help="default 9")
     parser.add_argument("--bars", type=pathlib.Path, default=ROOT / "bench" / "bars.tsv")
     parser.add_argument("--save", type=pathlib.Path, help="keep the figures here, as JSON")
+    parser.add_argument("--document", type=pathlib.Path, help="put the table into this file")
     options = parser.parse_args()
     bars = read_bars(options.bars)
     medians = run(options.program, options.filter, options.repetitions)
     date = datetime.date.today().isoformat()
-    print(f"{machine()}; {date}; medians of {options.repetitions} repetitions")
-    missed = print_table(medians, bars)
+    heading = f"{machine()}; {date}; medians of {options.repetitions} repetitions"
+    table, missed = make_table(medians, bars)
+    print(heading, *table, sep="\n")
+    if options.document:
+        put_into(options.document, [heading + ".", "", *table])
     if options.filter == ".":
         for name in sorted({bar[0] for bar in bars} - medians.keys()):
             print(f"no benchmark is named {name}, yet it has a bar")
