@@ -5,6 +5,7 @@
 #include <time.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -24,6 +25,12 @@ inline double now() {
   timespec time{};
   clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
   return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
+}
+
+// Seconds by the clock on the wall, for what several threads do together.
+inline double wall_now() {
+  using std::chrono::duration;
+  return duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
 }
 
 // Seconds that `run` takes for all of `inputs`.

@@ -2,6 +2,7 @@
 // determinant, look up, once for every closure of every sub-chain.
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <ctime>
 #include <string>
@@ -138,15 +139,18 @@ void fingerprint(benchmark::State& state, int atoms, korvex::Closure closure) {
   }
 }
 
-// The same work on two threads and, as the plain form, on one.
+// The same work on two threads and, as the plain form, on one: the best of several tries, since two
+// threads need both processors to themselves.
 void two_threads(benchmark::State& state, int atoms) {
   for (auto _ : state) {
     const auto points = points_of(support::protein_like_walk(atoms, bench::next_seed()));
-    double seconds[2] = {};
-    for (const unsigned threads : {1u, 2u}) {
-      const double start = bench::now();
-      korvex::fingerprint_with(named_by_key, points, {}, {.threads = threads});
-      seconds[threads - 1] = bench::now() - start;
+    double seconds[2] = {1e9, 1e9};
+    for (int attempt = 0; attempt < 5; ++attempt) {
+      for (const unsigned threads : {1u, 2u}) {
+        const double start = bench::wall_now();
+        korvex::fingerprint_with(named_by_key, points, {}, {.threads = threads});
+        seconds[threads - 1] = std::min(seconds[threads - 1], bench::wall_now() - start);
+      }
     }
     report(state, seconds[1], seconds[0]);
   }
