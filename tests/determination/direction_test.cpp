@@ -44,6 +44,34 @@ TEST(FindTheKnotInParticularDirection, DirectionsWrapModuloSixtyWithTheirSign) {
   EXPECT_EQ(FindTheKnotInParticularDirection_True(trefoil(), 61), 1);
 }
 
+// A ring seen with that many crossings in direction 0.
+Chain ring_with_crossings(int crossings) {
+  for (std::uint64_t seed = 1; seed < 1000; ++seed) {
+    const Chain ring = support::gaussian_ring(26, seed);
+    if (crossings_seen(ring, 0) == crossings) return ring;
+  }
+  ADD_FAILURE() << "no ring with " << crossings << " crossings";
+  return {};
+}
+
+TEST(FindTheKnotInParticularDirection, SixteenCrossingsStillTakeThePolynomial) {
+  const Chain ring = ring_with_crossings(16);
+  polynomial<int> poly;
+  double value = -7;
+  EXPECT_EQ(FindTheKnotInParticularDirection_poly(ring, poly, value, 0, 16), 1);
+  EXPECT_EQ(value, -7);
+  EXPECT_EQ(FindTheKnotInParticularDirection(ring, 0), WhichKnot_OrdNr(poly));
+}
+
+TEST(FindTheKnotInParticularDirection, SeventeenCrossingsTakeTheValue) {
+  const Chain ring = ring_with_crossings(17);
+  polynomial<int> poly;
+  double value = -7;
+  EXPECT_EQ(FindTheKnotInParticularDirection_poly(ring, poly, value, 0, 16), 0);
+  EXPECT_TRUE(poly.data().empty());
+  EXPECT_EQ(FindTheKnotInParticularDirection(ring, 0), WhichKnotDouble_OrdNr(value));
+}
+
 TEST(FindTheKnotInParticularDirection, ProjectionProblemLooksUpTheEmptyPolynomial) {
   const support::CapturedStream log(std::clog);
   EXPECT_EQ(FindTheKnotInParticularDirection(unprojectable(), 0), 39);

@@ -4,9 +4,12 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <iostream>
 #include <string>
 
 #include "korvex.h"
+#include "support/captured_stream.hpp"
+#include "support/temporary_file.hpp"
 
 namespace {
 
@@ -40,6 +43,18 @@ TEST_P(Proteins, HaveTheirKnotByAClearMajorityOfDirections) {
 TEST_P(Proteins, HaveTheirKnotAsTheLeaderOfTwoPointClosures) {
   const auto counts = votes(GetParam().file, 2, 100);
   EXPECT_EQ(std::max_element(counts.begin(), counts.end()) - counts.begin(), GetParam().ordinal);
+}
+
+TEST_P(Proteins, AreNamedFirstByTheChainFileDriver) {
+  std::string path = std::string(KORVEX_DATA_DIR) + "/proteins/" + GetParam().file;
+  support::TemporaryFile output;
+  const support::CapturedStream out(std::cout);
+  const support::CapturedStream log(std::clog);
+  std::srand(20);
+  EXPECT_EQ(FindKnots(0, path.data(), output.name(), 0, 10, 30, 4, 40, 0), 0);
+  const std::string name = knotsArray[GetParam().ordinal].name;
+  EXPECT_EQ(out.text().substr(0, name.size() + 1), name + "(");
+  EXPECT_EQ(out.text().back(), '\n');
 }
 
 INSTANTIATE_TEST_SUITE_P(, Proteins,

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <set>
 #include <string>
@@ -117,6 +118,17 @@ TEST_F(KnotTable, FillingAgainMendsAndAppendsNothing) {
   EXPECT_EQ(knotsArray[3].name, "5_1");
   EXPECT_EQ(knotsArray[3].poly, (std::vector<int>{1, -1, 1, -1, 1}));
   EXPECT_EQ(knotsArray[4].valueAtMinus3, 29);
+}
+
+// In a process of its own, where nothing has filled the table.
+TEST(KnotTableDeathTest, IsEmptyBeforeTheFirstFill) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  const auto is_empty = [](const KnotRecord& knot) {
+    return knot.poly.empty() && knot.name.empty() && knot.valueAtMinus2 == 0 &&
+           knot.valueAtMinus3 == 0;
+  };
+  EXPECT_EXIT(std::exit(std::all_of(knotsArray, knotsArray + 42, is_empty) ? 7 : 8),
+              testing::ExitedWithCode(7), "");
 }
 
 }  // namespace
