@@ -87,7 +87,8 @@ PREPROCESS_API std::vector<Edge> ProjectChain(const std::vector<ChainAtom>& chai
 //   -1  this attempt failed, by an accident of chance such as a point in line with both ends; the
 //       chain is unchanged and may be tried again. The next attempt draws new points.
 //   -2  no attempt can succeed and the chain is unchanged: a coordinate is not finite, the factor
-//       is not a finite number of at least 1.001, or the sphere leaves the range of double.
+//       is not a finite number of at least 1.001, the sphere leaves the range of double, or the
+//       radius is below 1e-13 of the centre's largest coordinate, too small to be resolved there.
 // Randomness comes from `rand()` alone, two draws a random point. O(n).
 
 // Carries both ends straight outwards from the centre to the sphere of `factor` times the radius

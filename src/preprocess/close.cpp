@@ -24,6 +24,9 @@ constexpr double kRayReach = 1.25;
 constexpr double kSameDirection = 1e-3;
 // The angle, in radians, between the ways out of two ends that lie on one ray from the centre.
 constexpr double kFork = 1e-2;
+// A ball smaller than this, as a part of its centre's largest coordinate, is hardly more than one
+// point in double precision: every random point of its sphere may round to the same.
+constexpr double kResolution = 1e-13;
 // Sine of the angle below which three points count as collinear.
 constexpr double kCollinear = 1e-9;
 
@@ -97,6 +100,9 @@ std::optional<int> settle(const std::vector<ChainAtom>& chain, double factor, Ba
   const double room = kRoom * factor * ball.radius;
   const bool in_range = std::isnormal(ball.radius) && std::isfinite(room);
   if (!is_finite(ball.centre) || !in_range) return kImpossible;
+  const Vec3& c = ball.centre;
+  const double offset = std::max({std::fabs(c.x), std::fabs(c.y), std::fabs(c.z)});
+  if (ball.radius < kResolution * offset) return kImpossible;
   return std::nullopt;
 }
 

@@ -143,6 +143,13 @@ TEST_P(EveryClosure, RefusesWhatNoAttemptCanClose) {
   }
 }
 
+TEST_P(EveryClosure, RefusesChainsBelowTheResolutionOfTheirPlace) {
+  const Chain chain{{2.75, -7.9e288, 3.3e-294, 1}, {2.75, -7.9e288, 0, 2}};
+  Chain closed = chain;
+  EXPECT_EQ(GetParam().close(closed, 1.25), -2);
+  EXPECT_TRUE(support::same_atoms(closed, chain));
+}
+
 TEST_P(EveryClosure, ClosesDegenerateChains) {
   const std::vector<Chain> chains{
       {{0, 0, 0, 1}, {1, 0, 0, 2}},                              // opposite ends
