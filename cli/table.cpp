@@ -35,15 +35,7 @@ std::string alexander_text(const KnotType& type) {
 }
 
 const char* chirality_name(const KnotType& type) {
-  switch (type.chirality) {
-    case Chirality::kAmphichiral:
-      return "amphichiral";
-    case Chirality::kChiral:
-      return "chiral";
-    case Chirality::kUntold:
-      return "chiral, hand untold";
-  }
-  return "";
+  return type.chirality == Chirality::kChiral ? "chiral" : "amphichiral";
 }
 
 void write_text(const KnotType& type) {

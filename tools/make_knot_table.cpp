@@ -38,19 +38,17 @@ struct Prime {
   std::string name;
   int crossings;
   bool amphichiral;
-  bool untold;
   Diagram diagram;  // of the hand +
 };
 
 Prime prime(const std::string& name, int crossings, Diagram diagram) {
-  const auto jones = *korvex::jones(diagram);
   const auto homfly = *korvex::homfly(diagram);
-  const int hand = korvex::hand(jones, homfly, korvex::signature(diagram));
+  const int hand = korvex::hand(diagram);
   const bool symmetric = homfly == korvex::mirror(homfly);
   const bool amphichiral = symmetric && kChiralThoughSymmetric.count(name) == 0;
-  if (amphichiral && hand != 0) throw std::runtime_error(name + " cannot be amphichiral");
-  return {name, crossings, amphichiral, hand == 0 && !amphichiral,
-          hand < 0 ? diagram.mirror() : std::move(diagram)};
+  if (amphichiral != (hand == 0))
+    throw std::runtime_error(name + ": no rule tells its hands apart");
+  return {name, crossings, amphichiral, hand < 0 ? diagram.mirror() : std::move(diagram)};
 }
 
 std::vector<Prime> read_primes(const char* path) {
@@ -146,17 +144,15 @@ class TableWriter {
     std::string name;
     std::string plain;
     int crossings = 0;
-    bool untold = false;
     for (const Factor& factor : factors) {
       const Prime& prime = primes_[factor.prime];
       diagram = diagram.connected_sum(factor.plus ? prime.diagram : prime.diagram.mirror());
-      const char* hand = prime.amphichiral || prime.untold ? "" : factor.plus ? "+" : "-";
+      const char* hand = prime.amphichiral ? "" : factor.plus ? "+" : "-";
       if (!name.empty()) name += '#';
       if (!plain.empty()) plain += '#';
       name.append(hand).append(prime.name);
       plain += prime.name;
       crossings += prime.crossings;
-      untold = untold || prime.untold;
     }
     const auto alexander = *korvex::alexander_polynomial(diagram).small_coefficients();
     std::int64_t determinant = 0;
@@ -168,13 +164,11 @@ class TableWriter {
     }
     const auto quoted = [](const std::string& text) { return std::quoted(text); };
     out_ << "    {" << quoted(name) << ", " << quoted(plain) << ", " << crossings << ", '"
-         << (untold                    ? 'u'
-             : is_amphichiral(factors) ? 'a'
-                                       : 'c')
-         << "', " << korvex::signature(diagram) << ", " << std::abs(determinant) << ",\n     "
-         << quoted(coefficients) << ",\n     " << quoted(text_of(*korvex::jones(diagram)))
-         << ",\n     " << quoted(text_of(*korvex::homfly(diagram))) << ",\n     "
-         << quoted(diagram.gauss_code()) << "},\n";
+         << (is_amphichiral(factors) ? 'a' : 'c') << "', " << korvex::signature(diagram) << ", "
+         << std::abs(determinant) << ",\n     " << quoted(coefficients) << ",\n     "
+         << quoted(text_of(*korvex::jones(diagram))) << ",\n     "
+         << quoted(text_of(*korvex::homfly(diagram))) << ",\n     " << quoted(diagram.gauss_code())
+         << "},\n";
   }
 
   std::vector<Prime> primes_;

@@ -23,9 +23,6 @@ namespace korvex {
 enum class Chirality {
   kAmphichiral,  // the same as its mirror image; the name has no sign
   kChiral,       // the sign (of a composite knot those of its factors) tells the hand
-  // Chiral, but no invariant here tells the hands apart: 10_48, 10_71, 10_91, 10_104. One row
-  // stands for both hands and its name has no sign.
-  kUntold,
 };
 
 struct KnotType {

@@ -21,11 +21,12 @@ enum class Detail {
 
 // What decided, each after those before it.
 enum class Evidence {
-  kDiagram,    // a diagram of at most 2 crossings is the unknot's
-  kAlexander,  // the Alexander key
-  kJones,      // the Jones polynomial, where the diagram is too large for HOMFLY-PT
-  kHomfly,     // the HOMFLY-PT polynomial
-  kSignature,  // the signature, where types share their HOMFLY-PT polynomial
+  kDiagram,     // a diagram of at most 2 crossings is the unknot's
+  kAlexander,   // the Alexander key
+  kJones,       // the Jones polynomial, where the diagram is too large for HOMFLY-PT
+  kHomfly,      // the HOMFLY-PT polynomial
+  kSignature,   // the signature, where types share their HOMFLY-PT polynomial
+  kColourings,  // parabolic colourings, where types share the signature, too
 };
 
 struct KORVEX_API KnotIdentity {
@@ -55,8 +56,10 @@ struct KORVEX_API KnotIdentity {
 
 // The knot type of a diagram. Simplifies it first. The Alexander key leaves a few types of the
 // catalogue, or none; HOMFLY-PT, or Jones where the diagram is too large for that, tells them and
-// their hands apart; where types still agree the signature may. An alternating diagram that cannot
-// be simplified shows the crossing number of its knot and excludes all other types. A diagram too
+// their hands apart; where types still agree the signature may, and then the parabolic
+// colourings for p = 5, 7, 11: together these tell all types of the catalogue apart. An alternating
+// diagram that cannot be simplified shows the crossing number of its knot and excludes all other
+// types. A diagram too
 // large for both polynomials keeps all types of its Alexander key, without hands. An Alexander
 // polynomial 1 alone is never taken for the unknot: such a diagram is 0_1 by HOMFLY-PT or Jones, or
 // where it is too large for both, 0_1 that is not proven. Answers are remembered by Gauss

@@ -13,9 +13,7 @@ KnotType type_of(const KnotTableRow& row) {
   std::vector<std::int64_t> alexander;
   std::istringstream coefficients(row.alexander);
   for (std::int64_t coefficient = 0; coefficients >> coefficient;) alexander.push_back(coefficient);
-  const Chirality chirality = row.chirality == 'a'   ? Chirality::kAmphichiral
-                              : row.chirality == 'c' ? Chirality::kChiral
-                                                     : Chirality::kUntold;
+  const Chirality chirality = row.chirality == 'a' ? Chirality::kAmphichiral : Chirality::kChiral;
   return {row.name,
           row.plain,
           row.crossings,

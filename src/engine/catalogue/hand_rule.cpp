@@ -5,6 +5,11 @@
 #include <map>
 #include <utility>
 
+#include "korvex/colourings.hpp"
+#include "korvex/homfly.hpp"
+#include "korvex/jones.hpp"
+#include "korvex/signature.hpp"
+
 namespace korvex {
 namespace {
 
@@ -26,23 +31,43 @@ int first_difference(const std::map<Place, std::int64_t>& coefficients, const Op
   return 0;
 }
 
-}  // namespace
-
-int hand(const JonesPolynomial& jones, const HomflyPolynomial& homfly, int signature) {
-  if (!jones.empty()) {
-    const int lean = jones.front().exponent + jones.back().exponent;
-    if (lean != 0) return lean > 0 ? 1 : -1;
-  }
+int hand_by_jones(const JonesPolynomial& jones) {
+  if (jones.empty()) return 0;
+  const int lean = jones.front().exponent + jones.back().exponent;
+  if (lean != 0) return lean > 0 ? 1 : -1;
   std::map<int, std::int64_t> by_exponent;
   for (const JonesTerm& term : jones) by_exponent[term.exponent] = term.coefficient;
-  const auto negative = [](int exponent) { return -exponent; };
-  if (const int side = first_difference(by_exponent, negative)) return side;
-  // Right-handed knots have negative powers of a.
+  return first_difference(by_exponent, [](int exponent) { return -exponent; });
+}
+
+// Right-handed knots have negative powers of a.
+int hand_by_homfly(const HomflyPolynomial& homfly) {
   std::map<std::pair<int, int>, std::int64_t> by_exponents;
   for (const HomflyTerm& term : homfly) by_exponents[{-term.a, term.z}] = term.coefficient;
-  const auto opposite = [](const std::pair<int, int>& e) { return std::pair(-e.first, e.second); };
-  if (const int side = first_difference(by_exponents, opposite)) return side;
-  return signature < 0 ? 1 : signature > 0 ? -1 : 0;
+  return first_difference(
+      by_exponents, [](const std::pair<int, int>& e) { return std::pair(-e.first, e.second); });
+}
+
+int hand_by_colourings(const Diagram& diagram) {
+  for (const int p : {5, 7, 11}) {
+    const auto counts = parabolic_colourings(diagram, p);
+    if (!counts) continue;
+    for (std::size_t k = 1; k < counts->size() - k; ++k) {
+      const std::int64_t right = (*counts)[k];
+      const std::int64_t left = (*counts)[counts->size() - k];
+      if (right != left) return right > left ? 1 : -1;
+    }
+  }
+  return 0;
+}
+
+}  // namespace
+
+int hand(const Diagram& diagram) {
+  if (const int side = hand_by_jones(jones(diagram).value_or(JonesPolynomial{}))) return side;
+  if (const int side = hand_by_homfly(homfly(diagram).value_or(HomflyPolynomial{}))) return side;
+  if (const int s = signature(diagram)) return s < 0 ? 1 : -1;
+  return hand_by_colourings(diagram);
 }
 
 }  // namespace korvex

@@ -10,7 +10,7 @@ struct KnotTableRow {
   const char* name;
   const char* plain;
   int crossings;
-  char chirality;  // a: amphichiral, c: chiral, u: chiral but untold
+  char chirality;  // a: amphichiral, c: chiral
   int signature;
   long determinant;
   const char* alexander;

@@ -11,6 +11,7 @@
 
 #include "engine/diagram/prime_parts.hpp"
 #include "engine/identify/canonical_code.hpp"
+#include "korvex/colourings.hpp"
 #include "korvex/homfly.hpp"
 #include "korvex/jones.hpp"
 #include "korvex/signature.hpp"
@@ -22,6 +23,10 @@ constexpr std::size_t kCatalogueCrossings = 10;
 constexpr std::size_t kJonesUnknotCrossings = 22;
 constexpr std::size_t kMostCrossingsForPolynomial = 200;
 constexpr std::size_t kMostCrossingsForSignature = 100;
+
+// Of these, each type of the catalogue that shares its HOMFLY-PT polynomial and its signature with
+// another, or with its mirror image, differs for some p.
+constexpr int kPrimesOfColourings[] = {5, 7, 11};
 
 using Candidates = std::vector<const KnotType*>;
 
@@ -139,6 +144,17 @@ class PartIdentification {
     identity_.evidence = Evidence::kSignature;
     const int s = signature(code_);
     keep([&](const KnotType& type) { return type.signature == s; });
+    for (const int p : kPrimesOfColourings)
+      if (!is_settled()) compare_colourings(p);
+  }
+
+  void compare_colourings(int p) {
+    const auto counts = parabolic_colourings(code_, p);
+    if (!counts) return;
+    identity_.evidence = Evidence::kColourings;
+    keep([&](const KnotType& type) {
+      return parabolic_colourings(Diagram::of_gauss_code(type.gauss_code), p) == counts;
+    });
   }
 
   const GaussCode& code_;
