@@ -66,12 +66,15 @@ bool test_near(std::vector<Edge>& edges, std::vector<Crossing>& crossings, bool 
   return true;
 }
 
-// Positions that are not numbers have no order, and std::sort may then run off the list.
+// Positions that are not numbers have no order, and std::sort may then run off the list; not off a
+// list of at most 16, into which it inserts one by one.
 void sort_along(std::vector<CrossingShort>& list) {
   if (list.size() < 2) return;
-  const bool ordered = std::none_of(list.begin(), list.end(),
-                                    [](CrossingShort c) { return std::isnan(c.position); });
-  if (ordered) {
+  constexpr std::size_t kInserted = 16;
+  const bool safe = list.size() <= kInserted ||
+                    std::none_of(list.begin(), list.end(),
+                                 [](CrossingShort c) { return std::isnan(c.position); });
+  if (safe) {
     std::sort(list.begin(), list.end(), WayToSortCrossings);
   } else {
     std::stable_sort(list.begin(), list.end(), WayToSortCrossings);

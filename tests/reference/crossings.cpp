@@ -112,11 +112,14 @@ void record(std::vector<Edge>& edges, std::vector<Crossing>& crossings, int i, i
   second.crossings.push_back({index, u});
 }
 
-// Positions that are not numbers have no order, and std::sort may then run off the list.
+// Positions that are not numbers have no order, and std::sort may then run off the list; not off a
+// list of at most 16, into which it inserts one by one.
 void sort_along(std::vector<CrossingShort>& list) {
-  const bool ordered = std::none_of(list.begin(), list.end(),
-                                    [](CrossingShort c) { return std::isnan(c.position); });
-  if (ordered) {
+  constexpr std::size_t kInserted = 16;
+  const bool safe = list.size() <= kInserted ||
+                    std::none_of(list.begin(), list.end(),
+                                 [](CrossingShort c) { return std::isnan(c.position); });
+  if (safe) {
     std::sort(list.begin(), list.end(), WayToSortCrossings);
   } else {
     std::stable_sort(list.begin(), list.end(), WayToSortCrossings);
