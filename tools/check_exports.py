@@ -1,14 +1,13 @@
 #!/usr/bin/python3
 """Compares what a shared library exports with what the headers declare for it, both ways.
 
-usage: check_exports.py MACRO LIBRARY HEADER... [--may HEADER...] [-- COMPILER-OPTION...]
+usage: check_exports.py MACRO LIBRARY HEADER... [-- COMPILER-OPTION...]
 
 Declared are the functions, methods and variables that the headers mark with MACRO and give no
 body, with their parameter types; exported is what `nm -D --defined-only` lists. A function without
 any mark is out of every host's reach and reported. Any library may also export the type
-information and the virtual table of a class with a mark. What the headers after --may declare may
-be exported or not. Exit status 1 when the two differ, 2 when a header does not parse or declares
-nothing.
+information and the virtual table of a class with a mark. Exit status 1 when the two differ, 2 when
+a header does not parse or nothing is declared.
 """
 import pathlib
 import subprocess
@@ -105,22 +104,16 @@ def main(arguments):
     else:
         options = []
     macro, library, *headers = arguments
-    at = headers.index("--may") if "--may" in headers else len(headers)
-    headers, optional_headers = headers[:at], headers[at + 1 :]
     declarations = Declarations(macro)
-    optional = Declarations(macro)
     for header in headers:
         declarations.collect(parse(header, options), header)
-    for header in optional_headers:
-        optional.collect(parse(header, options), header)
     required = demangled(declarations.required)
-    allowed = declarations.allowed | optional.allowed | demangled(optional.required)
     if not required:
         print(f"{headers}: nothing is marked {macro}", file=sys.stderr)
         return 2
     found = demangled(exported(library))
     missing = required - found
-    surplus = found - required - allowed
+    surplus = found - required - declarations.allowed
     unreachable = demangled(declarations.unreachable)
     for name in sorted(unreachable):
         print(f"declared without a mark: {name}")
