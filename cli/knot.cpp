@@ -87,6 +87,7 @@ class KnotPrinter {
     for (const TypeVotes& type : votes.types)
       json["types"].push_back({{"type", type.type},
                                {"votes", type.count},
+                               {"proven", type.proven},
                                {"share", type.share},
                                {"low", type.interval.low},
                                {"high", type.interval.high}});

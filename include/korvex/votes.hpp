@@ -31,6 +31,10 @@ struct TypeVotes {
   std::size_t count = 0;
   double share = 0;   // of all votes
   Interval interval;  // of the share at 95 % (Wilson)
+  // Votes of diagrams that can be of no other knot, as KnotIdentity::proven tells. In particular
+  // the other votes for 0_1 are of diagrams with more than 22 crossings, or too large for the Jones
+  // polynomial, in which no knot was found. Never more than 0 for `?` names.
+  std::size_t proven = 0;
 };
 
 struct Votes {

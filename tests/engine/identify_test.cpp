@@ -3,8 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
+#include <numbers>
 #include <set>
 #include <string>
+#include <vector>
 
 #include "engine/catalogue/hand_rule.hpp"
 #include "engine/identify/canonical_code.hpp"
@@ -152,6 +155,64 @@ TEST(Identify, TakesNoAlexanderPolynomialOneForTheUnknot) {
   EXPECT_EQ(identity.name, "?1");
 }
 
+// The Whitehead double of the torus knot T(8, 9) whose two strands do not link: a knot with
+// Alexander polynomial 1 that is not the unknot. A band along the knot, given as many turns against
+// those of the torus as it needs, ends in two hooks that hold each other.
+std::vector<Point> whitehead_double() {
+  constexpr int kTurnsOfTorus = 8 * 9;
+  constexpr int kPoints = 6000;
+  constexpr double kWidth = 0.01;
+  constexpr double kGap = 0.01;
+  const auto on_torus = [](double t) {
+    const double r = 3 + std::cos(9 * t);
+    return Point{r * std::cos(8 * t), r * std::sin(8 * t), std::sin(9 * t)};
+  };
+  const auto normal = [](double t) {
+    return Point{std::cos(9 * t) * std::cos(8 * t), std::cos(9 * t) * std::sin(8 * t),
+                 std::sin(9 * t)};
+  };
+  std::vector<Point> there;
+  std::vector<Point> back;
+  Point along, across, up;
+  for (int k = 0; k <= kPoints; ++k) {
+    const double t = kGap + (2 * std::numbers::pi - 2 * kGap) * k / kPoints;
+    const Point ahead = on_torus(t + 1e-6) - on_torus(t - 1e-6);
+    along = (1 / norm(ahead)) * ahead;
+    const Point out = normal(t);
+    const double turn = kTurnsOfTorus * 2 * std::numbers::pi * k / kPoints;
+    across = std::cos(turn) * out + std::sin(turn) * cross(along, out);
+    there.push_back(on_torus(t) + kWidth * across);
+    back.push_back(on_torus(t) - kWidth * across);
+  }
+  up = cross(along, across);
+  const Point middle = on_torus(0);
+  const double h = 0.02;
+  const auto at = [&](double x, double y, double z) {
+    return middle + h * x * along + kWidth * y * across + kWidth * z * up;
+  };
+  std::vector<Point> ring = there;
+  for (const Point& p : {at(1, 1, 0), at(1, -1, 0)}) ring.push_back(p);
+  ring.insert(ring.end(), back.rbegin(), back.rend());
+  for (const Point& p : {at(2, 0, -1), at(-1, 0, -1), at(-1, 0, 1), at(2, 0, 1)}) ring.push_back(p);
+  return ring;
+}
+
+TEST(Identify, DoesNotProveWhatSeemsToBeTheUnknot) {
+  const Diagram diagram = Diagram::of_polygon(whitehead_double(), {0.01, 0.02, 1}).simplified();
+  EXPECT_EQ(alexander_key(diagram), 1U);
+  EXPECT_FALSE(homfly(diagram));
+  EXPECT_FALSE(jones(diagram));
+  const KnotIdentity identity = identify(diagram);
+  EXPECT_EQ(identity.name, "0_1");
+  EXPECT_FALSE(identity.proven);
+  EXPECT_EQ(identity.evidence, Evidence::kAlexander);
+  EXPECT_EQ(identity.crossings, diagram.crossings());
+  const Diagram trefoil = Diagram::of_gauss_code("O1+U2+O3+U1+O2+U3+");
+  const KnotIdentity sum = identify(diagram.connected_sum(trefoil));
+  EXPECT_EQ(sum.name, "+3_1");
+  EXPECT_FALSE(sum.proven);
+}
+
 TEST(Identify, GivesUnknownTypesTheirPolynomial) {
   const KnotIdentity identity = identify(Diagram::of_gauss_code(support::torus_knot_code(2, 11)));
   EXPECT_TRUE(identity.candidates.empty());
@@ -197,6 +258,8 @@ TEST(CanonicalCode, DependsOnTheDiagramAlone) {
     }
     EXPECT_EQ(canonical_code(turned), canonical);
     EXPECT_EQ(canonical_code(Diagram(code).reversed().code()), canonical);
+    EXPECT_EQ(canonical_code(canonical_diagram(code)), canonical);
+    EXPECT_EQ(canonical_diagram(turned), canonical_diagram(code));
     if (type.chirality == Chirality::kChiral) {
       EXPECT_NE(canonical_code(Diagram(code).mirror().code()), canonical) << type.name;
     }

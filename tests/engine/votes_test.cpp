@@ -51,6 +51,14 @@ std::vector<Point> trefoil_on_a_string() {
   return chain;
 }
 
+TEST(Vote, CountsTheVotesThatAreProven) {
+  const auto chain = trefoil_on_a_string();
+  for (const TypeVotes& type : vote(chain).types) EXPECT_EQ(type.proven, type.count) << type.type;
+  const auto doubt = [](const GaussCode&) { return IdentifiedName("+3_1", false); };
+  for (const TypeVotes& type : vote_with(doubt, chain, {}, {}).types)
+    EXPECT_EQ(type.proven, type.type == "0_1" ? type.count : 0) << type.type;
+}
+
 TEST(Vote, FindsATrefoilByEveryClosure) {
   const auto chain = trefoil_on_a_string();
   for (const Closure closure : {Closure::kRays, Closure::kTwoPoints, Closure::kOut}) {

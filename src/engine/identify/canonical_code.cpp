@@ -49,17 +49,32 @@ void turn_to_least(Words& words) {
   std::rotate(words.begin(), words.begin() + static_cast<std::ptrdiff_t>(best), words.end());
 }
 
-}  // namespace
-
-std::string canonical_code(const GaussCode& closed) {
+Words canonical_words(const GaussCode& closed) {
   Words along = words_of(closed);
   Words against = reversed(along);
   turn_to_least(along);
   turn_to_least(against);
+  return std::min(along, against);
+}
+
+}  // namespace
+
+std::string canonical_code(const GaussCode& closed) {
   const int bytes = closed.size() < 0x2000 ? 2 : 4;
   std::string code;
-  for (const std::uint32_t word : std::min(along, against))
+  for (const std::uint32_t word : canonical_words(closed))
     for (int k = 0; k < bytes; ++k) code += static_cast<char>(word >> (8 * k) & 0xff);
+  return code;
+}
+
+GaussCode canonical_diagram(const GaussCode& closed) {
+  const Words words = canonical_words(closed);
+  GaussCode code;
+  code.reserve(words.size());
+  for (const std::uint32_t word : words) {
+    const std::size_t mate = (code.size() + (word >> 2)) % words.size();
+    code.push_back({0, static_cast<std::int32_t>(mate), (word & 2) != 0, (word & 1) != 0});
+  }
   return code;
 }
 

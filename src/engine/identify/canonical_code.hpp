@@ -11,4 +11,7 @@ namespace korvex {
 // passage below 8192 passages, else four. O(length^2) at worst, O(length) for most.
 std::string canonical_code(const GaussCode& closed);
 
+// One and the same of all codes that have this canonical code. Its passages have segment 0.
+GaussCode canonical_diagram(const GaussCode& closed);
+
 }  // namespace korvex

@@ -27,18 +27,20 @@ std::int32_t CodeTypes::number_named(const std::string& name) {
   return number;
 }
 
-std::int32_t CodeTypes::number_of(const GaussCode& closed) {
+CodeType CodeTypes::type_of(const GaussCode& closed) {
   constexpr std::size_t kFewestKnottedPassages = 6;
-  if (closed.size() < kFewestKnottedPassages) return kUnknotNumber;
+  const auto crossings = static_cast<std::int32_t>(closed.size() / 2);
+  if (closed.size() < kFewestKnottedPassages) return {kUnknotNumber, crossings, true};
   std::string key;
   write_key(closed, key);
   {
     const std::lock_guard lock(mutex_);
-    if (const auto found = numbers_.find(key); found != numbers_.end()) return found->second;
+    if (const auto found = types_.find(key); found != types_.end()) return found->second;
   }
-  const std::string name = identify_(closed);
+  const IdentifiedName identified = identify_(closed);
   const std::lock_guard lock(mutex_);
-  return numbers_.try_emplace(std::move(key), number_named(name)).first->second;
+  const CodeType type{number_named(identified.name), crossings, identified.proven};
+  return types_.try_emplace(std::move(key), type).first->second;
 }
 
 CodeType WorkerCodeTypes::of_open(const GaussCode& reduced) {
@@ -53,7 +55,7 @@ CodeType WorkerCodeTypes::of_open(const GaussCode& reduced) {
 
 CodeType WorkerCodeTypes::of_closed(GaussCode code) {
   pass_moves_.simplify(code, reduction_);
-  return {shared_.number_of(code), static_cast<std::int32_t>(code.size() / 2)};
+  return shared_.type_of(code);
 }
 
 }  // namespace korvex

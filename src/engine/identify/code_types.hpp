@@ -16,20 +16,22 @@
 #include "engine/diagram/code_reduction.hpp"
 #include "engine/diagram/gauss_code.hpp"
 #include "engine/diagram/pass_moves.hpp"
+#include "engine/identify/identification.hpp"
 
 namespace korvex {
 
 // The number of the unknot among the types of a CodeTypes.
 inline constexpr std::int32_t kUnknotNumber = 0;
 
-// Name of the knot type of the closed curve with the given code, of at least 3 crossings. A pure
-// function, called from many threads at once.
-using Identification = std::function<std::string(const GaussCode& closed)>;
+// Name of the knot type of the closed curve with the given code, of at least 3 crossings, which
+// pass moves leave as it is. A pure function, called from many threads at once.
+using Identification = std::function<IdentifiedName(const GaussCode& closed)>;
 
-// A type's number, and the crossings of the diagram that showed it after all moves.
+// A type's number, whether the diagram proves it, and the diagram's crossings after all moves.
 struct CodeType {
   std::int32_t number = kUnknotNumber;
   std::int32_t crossings = 0;
+  bool proven = true;
 };
 
 // What the workers share: numbers for types, in order of their being found.
@@ -38,7 +40,7 @@ class CodeTypes {
   explicit CodeTypes(Identification identify) : identify_(std::move(identify)), names_{"0_1"} {}
 
   // Of a closed code that pass moves leave as it is. Any thread.
-  std::int32_t number_of(const GaussCode& closed);
+  CodeType type_of(const GaussCode& closed);
 
   // Names by number. Not while other threads ask for numbers.
   const std::vector<std::string>& names() const { return names_; }
@@ -48,7 +50,7 @@ class CodeTypes {
 
   const Identification identify_;
   std::mutex mutex_;
-  std::unordered_map<std::string, std::int32_t> numbers_;  // by code
+  std::unordered_map<std::string, CodeType> types_;  // by code
   std::vector<std::string> names_;
 };
 

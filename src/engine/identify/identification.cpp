@@ -1,9 +1,12 @@
 #include "engine/identify/identification.hpp"
 
-#include "korvex/identify.hpp"
+#include "engine/identify/identify.hpp"
 
 namespace korvex {
 
-std::string identified_name(const GaussCode& closed) { return identify(Diagram(closed)).name; }
+IdentifiedName identified_name(const GaussCode& closed) {
+  KnotIdentity identity = identify_simplified(closed);
+  return {std::move(identity.name), identity.proven};
+}
 
 }  // namespace korvex

@@ -177,22 +177,36 @@ bool comes_before(const KnotIdentity& a, const KnotIdentity& b) {
   return a.candidates.front() < b.candidates.front();
 }
 
+// What the parts of a diagram have in common with the whole.
+void add_part(KnotIdentity& whole, const KnotIdentity& part) {
+  whole.crossings += part.crossings;
+  whole.evidence = std::max(whole.evidence, part.evidence);
+  whole.proven = whole.proven && part.proven;
+}
+
 KnotIdentity sum_of(std::vector<KnotIdentity> summands, Detail detail) {
-  // A part may turn out to be the unknot.
-  std::erase_if(summands, [](const KnotIdentity& part) { return part.name == "0_1"; });
-  if (summands.empty()) return unknot();
-  if (summands.size() == 1) return std::move(summands.front());
+  // A part may turn out to be the unknot, or seem to be.
+  KnotIdentity unknots = unknot();
+  std::erase_if(summands, [&](const KnotIdentity& part) {
+    const bool nothing = part.name == unknots.name;
+    if (nothing) add_part(unknots, part);
+    return nothing;
+  });
+  if (summands.empty()) return unknots;
+  if (summands.size() == 1) {
+    add_part(summands.front(), unknots);
+    return std::move(summands.front());
+  }
   std::stable_sort(summands.begin(), summands.end(), comes_before);
   KnotIdentity sum;
   sum.proven = true;
+  add_part(sum, unknots);
   for (const KnotIdentity& part : summands) {
     const bool several = part.name.find('|') != std::string::npos;
     if (!sum.name.empty()) sum.name += '#';
     sum.name += several ? '(' + part.name + ')' : part.name;
-    sum.crossings += part.crossings;
     sum.alexander_key = alexander_key_of_sum(sum.alexander_key, part.alexander_key);
-    sum.evidence = std::max(sum.evidence, part.evidence);
-    sum.proven = sum.proven && part.proven;
+    add_part(sum, part);
   }
   for (const KnotType& type : catalogue())
     if ((detail == Detail::kHand ? type.name : type.plain) == sum.name)
@@ -241,7 +255,8 @@ KnotIdentity identify_simplified(const GaussCode& closed, Detail detail) {
   Memory& memory = memories[detail == Detail::kHand ? 0 : 1];
   std::string code = canonical_code(closed);
   if (auto known = memory.find(code)) return *known;
-  const KnotIdentity identity = identify_anew(closed, detail);
+  // What is found, and which polynomials were in reach, must not depend on which code came first.
+  const KnotIdentity identity = identify_anew(canonical_diagram(closed), detail);
   memory.keep(std::move(code), identity);
   return identity;
 }

@@ -53,6 +53,11 @@ class Voting {
   }
 
  private:
+  struct Count {
+    std::size_t votes = 0;
+    std::size_t proven = 0;
+  };
+
   struct Worker {
     explicit Worker(CodeTypes& shared) : types(shared) {}
 
@@ -79,7 +84,8 @@ class Voting {
     ++crossings_[static_cast<std::size_t>(type.crossings)];
     const auto number = static_cast<std::size_t>(type.number);
     if (counts_.size() <= number) counts_.resize(number + 1);
-    ++counts_[number];
+    ++counts_[number].votes;
+    if (type.proven) ++counts_[number].proven;
   }
 
   void cast_one() {
@@ -119,8 +125,8 @@ class Voting {
     if (total_ == 0) return false;
     if (total_ + kLattice > options_.most_trials) return true;
     bool narrow = true;
-    for (const std::size_t votes : counts_) {
-      const Interval interval = wilson_interval(votes, total_);
+    for (const Count& count : counts_) {
+      const Interval interval = wilson_interval(count.votes, total_);
       if (interval.low > 0.5) return true;
       narrow = narrow && interval.high - interval.low <= 2 * options_.tolerance;
     }
@@ -178,10 +184,11 @@ class Voting {
     votes.trials = total_;
     votes.crossings = crossings_;
     for (std::size_t number = 0; number < counts_.size(); ++number) {
-      if (counts_[number] == 0) continue;
-      votes.types.push_back({types_.names()[number], counts_[number],
-                             static_cast<double>(counts_[number]) / static_cast<double>(total_),
-                             wilson_interval(counts_[number], total_)});
+      const Count& count = counts_[number];
+      if (count.votes == 0) continue;
+      votes.types.push_back({types_.names()[number], count.votes,
+                             static_cast<double>(count.votes) / static_cast<double>(total_),
+                             wilson_interval(count.votes, total_), count.proven});
     }
     std::sort(votes.types.begin(), votes.types.end(), [](const TypeVotes& a, const TypeVotes& b) {
       return a.count != b.count ? a.count > b.count : a.type < b.type;
@@ -195,7 +202,7 @@ class Voting {
   CodeTypes types_;
   std::vector<std::unique_ptr<Worker>> workers_;
   std::size_t total_ = 0;
-  std::vector<std::size_t> counts_;
+  std::vector<Count> counts_;
   std::map<std::size_t, std::size_t> crossings_;
 };
 
