@@ -139,16 +139,17 @@ void fingerprint(benchmark::State& state, int atoms, korvex::Closure closure) {
   }
 }
 
-// The same work on two threads and, as the plain form, on one: the best of several tries, since two
+// `work` on two threads and, as the plain form, on one: the best of several tries, since two
 // threads need both processors to themselves.
-void two_threads(benchmark::State& state, int atoms) {
+template <typename Work>
+void two_threads(benchmark::State& state, Work work) {
   for (auto _ : state) {
-    const auto points = points_of(support::protein_like_walk(atoms, bench::next_seed()));
+    const auto points = points_of(support::protein_like_walk(331, bench::next_seed()));
     double seconds[2] = {1e9, 1e9};
     for (int attempt = 0; attempt < 5; ++attempt) {
       for (const unsigned threads : {1u, 2u}) {
         const double start = bench::wall_now();
-        korvex::fingerprint_with(named_by_key, points, {}, {.threads = threads});
+        work(points, korvex::Run{.threads = threads});
         seconds[threads - 1] = std::min(seconds[threads - 1], bench::wall_now() - start);
       }
     }
@@ -174,7 +175,16 @@ const bool kRegistered = [] {
     add("Fingerprint/" + name + "/protein/331",
         [=](auto& state) { fingerprint(state, 331, closure); });
   }
-  add("Fingerprint/two_threads/331", [](auto& state) { two_threads(state, 331); });
+  add("Fingerprint/two_threads/331", [](auto& state) {
+    two_threads(state, [](const auto& points, const korvex::Run& run) {
+      korvex::fingerprint_with(named_by_key, points, {}, run);
+    });
+  });
+  add("Vote/two_threads/331", [](auto& state) {
+    two_threads(state, [](const auto& points, const korvex::Run& run) {
+      korvex::vote_with(named_by_key, points, {.trials = 2000}, run);
+    });
+  });
   return true;
 }();
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <stdexcept>
 #include <string>
 
 #include "engine/fingerprint/fingerprint_data.hpp"
@@ -159,6 +160,33 @@ TEST_P(BothClosures, StopWhenAsked) {
     FAIL() << "nothing was thrown";
   } catch (const Error& error) {
     EXPECT_EQ(error.code(), ErrorCode::kCancelled);
+  }
+}
+
+TEST_P(BothClosures, HandAnExceptionOfAWorkerToTheCaller) {
+  const auto fail = [](const GaussCode&) -> std::string {
+    throw std::runtime_error("from a worker");
+  };
+  for (const unsigned threads : {1u, 3u}) {
+    try {
+      fingerprint_with(fail, compact_walk(3, 60), {.closure = GetParam()}, {.threads = threads});
+      FAIL() << "nothing was thrown";
+    } catch (const std::runtime_error& error) {
+      EXPECT_STREQ(error.what(), "from a worker");
+    }
+  }
+}
+
+TEST_P(BothClosures, ReportProgressThatRisesToOne) {
+  for (const unsigned threads : {1u, 3u}) {
+    std::vector<double> seen;
+    korvex::Run run{.threads = threads};
+    run.progress = [&](double fraction) { seen.push_back(fraction); };
+    computed(compact_walk(3, 40), {.closure = GetParam(), .directions = 20}, run);
+    ASSERT_FALSE(seen.empty());
+    EXPECT_GE(seen.front(), 0);
+    EXPECT_TRUE(std::is_sorted(seen.begin(), seen.end()));
+    EXPECT_EQ(seen.back(), 1);
   }
 }
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <random>
+#include <stdexcept>
 #include <string>
 
 #include "engine/identify/voting.hpp"
@@ -88,6 +89,67 @@ TEST(Vote, DoesNotDependOnThreads) {
     EXPECT_EQ(one.trials, trials);
     for (const unsigned threads : {2u, 5u})
       expect_same(one, votes_of(chain, {.trials = trials}, {.threads = threads}));
+  }
+}
+
+TEST(Vote, UntilItSettlesDoesNotDependOnThreads) {
+  const VoteOptions options{.trials = 0, .tolerance = 0.05, .most_trials = 1000};
+  for (const unsigned seed : {2u, 3u}) {
+    const auto chain = compact_walk(seed, 90);
+    const Votes one = votes_of(chain, options, {.threads = 1, .seed = 5});
+    for (const unsigned threads : {2u, 3u})
+      expect_same(one, votes_of(chain, options, {.threads = threads, .seed = 5}));
+  }
+}
+
+TEST(Vote, DoesNotDependOnHowDirectionsShareTheReduction) {
+  const auto chain = compact_walk(4, 100);
+  for (const Closure closure : {Closure::kRays, Closure::kTwoPoints}) {
+    for (const std::size_t trials : {40u, 0u}) {
+      const VoteOptions options{
+          .closure = closure, .trials = trials, .tolerance = 0.1, .most_trials = 300};
+      const Votes usual = votes_of(chain, options);
+      for (const Sharing& sharing :
+           {Sharing{.batch = 1}, Sharing{.batch = 7, .fewest_points = 0}, Sharing{.batch = 1000}}) {
+        const Votes votes = vote_with(key_name, chain, options, {}, sharing);
+        ASSERT_EQ(votes.trials, usual.trials);
+        ASSERT_EQ(votes.types.size(), usual.types.size());
+        for (std::size_t k = 0; k < votes.types.size(); ++k) {
+          EXPECT_EQ(votes.types[k].type, usual.types[k].type);
+          EXPECT_EQ(votes.types[k].count, usual.types[k].count);
+        }
+      }
+    }
+  }
+}
+
+TEST(Vote, HandsAnExceptionOfAWorkerToTheCaller) {
+  const auto chain = compact_walk(7, 100);
+  const auto fail = [](const GaussCode&) -> std::string {
+    throw std::runtime_error("from a worker");
+  };
+  for (const unsigned threads : {1u, 3u}) {
+    try {
+      vote_with(fail, chain, {}, {.threads = threads});
+      FAIL() << "nothing was thrown";
+    } catch (const std::runtime_error& error) {
+      EXPECT_STREQ(error.what(), "from a worker");
+    }
+  }
+}
+
+TEST(Vote, StopsWhenAsked) {
+  for (const std::size_t trials : {0u, 1000u}) {
+    std::stop_source source;
+    korvex::Run run{.threads = 2};
+    run.stop = source.get_token();
+    run.progress = [&](double) { source.request_stop(); };
+    try {
+      votes_of(compact_walk(1, 60), {.trials = trials, .tolerance = 0.001}, run);
+      FAIL() << "nothing was thrown";
+    } catch (const Error& error) {
+      EXPECT_EQ(error.code(), ErrorCode::kCancelled);
+    }
   }
 }
 

@@ -18,11 +18,6 @@ namespace {
 
 // Votes of one lattice when their number is found on the way.
 constexpr std::size_t kLattice = 100;
-// Neighbouring directions that one reduction of the chain serves, at most.
-constexpr std::size_t kPiece = 25;
-// More directions than these leave too little to be reduced for all of them.
-constexpr std::size_t kMostShared = 400;
-
 constexpr std::size_t kMostVotes = 10'000'000;
 
 std::vector<Point> selected(std::span<const Point> points, std::span<const std::int32_t> indices) {
@@ -36,8 +31,8 @@ std::vector<Point> selected(std::span<const Point> points, std::span<const std::
 class Voting {
  public:
   Voting(const Identification& identify, std::span<const Point> chain, const VoteOptions& options,
-         const Run& run)
-      : chain_(chain), options_(options), run_(run), types_(identify) {
+         const Run& run, const Sharing& sharing)
+      : chain_(chain), options_(options), run_(run), sharing_(sharing), types_(identify) {
     check();
   }
 
@@ -135,15 +130,16 @@ class Voting {
 
   void cast_block(std::size_t trials, std::size_t block, const Run& run) {
     const auto ends = sampled_ends(options_.closure, options_.sampling, trials, run.seed, block);
-    const std::vector<Point> shared = trials <= kMostShared
-                                          ? reduced_for(ends, chain_)
-                                          : std::vector<Point>(chain_.begin(), chain_.end());
-    const std::size_t pieces = (trials + kPiece - 1) / kPiece;
+    const bool worth =
+        trials <= sharing_.most_directions && chain_.size() >= sharing_.fewest_points;
+    const std::vector<Point> shared =
+        worth ? reduced_for(ends, chain_) : std::vector<Point>(chain_.begin(), chain_.end());
+    const std::size_t pieces = (trials + sharing_.batch - 1) / sharing_.batch;
     for (unsigned k = 0; k < worker_count(run, pieces); ++k) worker(k);
     std::vector<CodeType> found(trials);
     for_each_piece(run, pieces, [&](std::size_t piece, unsigned number) {
-      const std::size_t from = piece * kPiece;
-      const auto own = std::span(ends).subspan(from, std::min(kPiece, trials - from));
+      const std::size_t from = piece * sharing_.batch;
+      const auto own = std::span(ends).subspan(from, std::min(sharing_.batch, trials - from));
       const std::vector<Point> reduced = reduced_for(own, shared);
       for (std::size_t k = 0; k < own.size(); ++k) {
         throw_if_cancelled(run);
@@ -199,6 +195,7 @@ class Voting {
   const std::span<const Point> chain_;
   const VoteOptions options_;
   const Run& run_;
+  const Sharing sharing_;
   CodeTypes types_;
   std::vector<std::unique_ptr<Worker>> workers_;
   std::size_t total_ = 0;
@@ -209,8 +206,8 @@ class Voting {
 }  // namespace
 
 Votes vote_with(const Identification& identify, std::span<const Point> chain,
-                const VoteOptions& options, const Run& run) {
-  return Voting(identify, chain, options, run).cast();
+                const VoteOptions& options, const Run& run, const Sharing& sharing) {
+  return Voting(identify, chain, options, run, sharing).cast();
 }
 
 Votes vote(std::span<const Point> chain, const VoteOptions& options, const Run& run) {

@@ -1,6 +1,7 @@
 // Votes with any identification.
 #pragma once
 
+#include <cstddef>
 #include <span>
 
 #include "engine/identify/code_types.hpp"
@@ -8,8 +9,18 @@
 
 namespace korvex {
 
+// How votes share the reduction of their chain: it costs or saves time and changes no vote.
+struct Sharing {
+  // Neighbouring directions that one reduction serves. Those of a batch are voted on in turn.
+  std::size_t batch = 25;
+  // Up to so many directions a chain of so many points is reduced once for all of them before it is
+  // for each batch: worth its time where that leaves the batches little to do.
+  std::size_t most_directions = 400;
+  std::size_t fewest_points = 600;
+};
+
 // As the public function, with another identification of reduced diagrams.
 Votes vote_with(const Identification& identify, std::span<const Point> chain,
-                const VoteOptions& options, const Run& run);
+                const VoteOptions& options, const Run& run, const Sharing& sharing = {});
 
 }  // namespace korvex
