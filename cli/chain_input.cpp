@@ -77,7 +77,9 @@ std::string why_unreadable(const std::string& path, const std::string& name) {
   } catch (const Error& error) {
     return error.what();
   }
-  return name + ": no chain in it: expected PDB, mmCIF, XYZ or lines 'x y z' or 'id x y z'";
+  return name +
+         ": no chain in it: expected PDB, mmCIF, GRO, XYZ, a LAMMPS text dump or lines 'x y z' or "
+         "'id x y z'";
 }
 
 }  // namespace

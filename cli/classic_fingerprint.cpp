@@ -44,6 +44,7 @@ void report(const FingerprintOptions& options, std::size_t atoms, unsigned seed)
 }
 
 Exit run_fingerprint(const FingerprintOptions& options) {
+  refuse_to_replace(options.file, options.output);
   OutputFile output(options.output);
   const unsigned seed = classic::choose_seed(options.seed);
   const std::vector<ChainAtom> chain = read_chain(options.file);

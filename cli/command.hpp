@@ -32,6 +32,9 @@ using Work = std::function<Exit()>;
 // Writes `korvex: message` and a line end to standard error.
 void complain(const std::string& message);
 
+// Sends on what was written to standard output. Throws Failure when it cannot be written.
+void flush_output();
+
 // Each adds one subcommand to `app`. Parsing the command line sets `work` when it names that one.
 void add_knot(CLI::App& app, Work& work);
 void add_fingerprint(CLI::App& app, Work& work);

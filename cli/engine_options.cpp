@@ -35,6 +35,12 @@ bool take_bound(std::string_view& text, Number& number, char* code) {
   return true;
 }
 
+// A range that ends before it begins holds nothing.
+bool is_backwards(const ResidueRange& range) {
+  return range.last < range.first || (range.last == range.first && range.first_code != ' ' &&
+                                      range.last_code != ' ' && range.last_code < range.first_code);
+}
+
 // "first-last" or one bound for both.
 std::optional<ResidueRange> residues_from(std::string_view text) {
   ResidueRange range;
@@ -46,6 +52,7 @@ std::optional<ResidueRange> residues_from(std::string_view text) {
   text.remove_prefix(1);
   range.last_code = ' ';
   if (!take_bound(text, range.last, &range.last_code) || !text.empty()) return std::nullopt;
+  if (is_backwards(range)) return std::nullopt;
   return range;
 }
 
@@ -57,6 +64,7 @@ std::optional<ModelRange> models_from(std::string_view text) {
   if (text.front() != '-') return std::nullopt;
   text.remove_prefix(1);
   if (!take_bound(text, range.last, nullptr) || !text.empty()) return std::nullopt;
+  if (range.last < range.first) return std::nullopt;
   return range;
 }
 
@@ -67,11 +75,26 @@ CLI::Option* add_parsed(CLI::App& command, const std::string& option, Value& val
                         const std::string& description) {
   const auto assign = [&value, parse](const std::string& text) { value = *parse(text); };
   const auto refuse = [parse, form](const std::string& text) {
-    return parse(text) ? std::string() : "'" + text + "' is not of the form " + form;
+    return parse(text)
+               ? std::string()
+               : "'" + text + "' is not of the form " + form + ", with the lower number first";
   };
   return command.add_option_function<std::string>(option, assign, description)
       ->check(refuse, "")
       ->type_name(form);
+}
+
+// A check that refuses all but the numbers that 64 bits hold.
+CLI::Validator whole_number() {
+  return CLI::Validator(
+      [](const std::string& text) {
+        std::uint64_t value = 0;
+        const char* end = text.data() + text.size();
+        const auto [rest, error] = std::from_chars(text.data(), end, value);
+        if (error == std::errc() && rest == end) return std::string();
+        return "'" + text + "' is not a whole number from 0 to 18446744073709551615";
+      },
+      "");
 }
 
 }  // namespace
@@ -108,6 +131,7 @@ void add_run_options(CLI::App& command, Run& run) {
       .add_option("--seed", run.seed,
                   "Fixes the directions: the same seed gives the same\nanswer on any number of "
                   "threads")
+      ->check(whole_number())
       ->type_name("NUMBER")
       ->capture_default_str();
 }
@@ -134,7 +158,7 @@ void add_fingerprint_options(CLI::App& command, FingerprintOptions& options) {
              "How both ends of a sub-chain are led to infinity:\nin one direction, or each in its "
              "own");
   command.add_option("--directions", options.directions, "Votes for every sub-chain")
-      ->check(within(1, std::numeric_limits<int>::max()))
+      ->check(within(1, 1'000'000))
       ->type_name("COUNT")
       ->capture_default_str();
   command.add_option("--step", options.step, "Residues from one end of a sub-chain to the next")
@@ -145,7 +169,13 @@ void add_fingerprint_options(CLI::App& command, FingerprintOptions& options) {
 }
 
 Source source_named(const std::string& name) {
-  return name == "-" ? Source::stream(std::cin, "standard input") : Source(name);
+  if (name != "-") return name;
+  static bool is_read = false;
+  if (is_read)
+    throw korvex::Error(ErrorCode::kCannotRead, "standard input has been read already; name - once",
+                        name);
+  is_read = true;
+  return Source::stream(std::cin, "standard input");
 }
 
 std::string title_of(const Chain& chain) {

@@ -72,6 +72,7 @@ void write(const Fingerprint& fingerprint, const Chain& chain, Format format, st
 }
 
 Exit run_fingerprint(const Options& options) {
+  refuse_to_replace(options.file, options.output);
   OutputFile output(options.output);
   const Chain chain = only_chain(options);
   for (const std::string& warning : chain.warnings) complain("warning: " + warning);
@@ -83,6 +84,7 @@ Exit run_fingerprint(const Options& options) {
     run.progress = [&](double fraction) {
       progress.show_bar(title, fraction, directions, "directions");
     };
+    run.progress(0);
     write(fingerprint(chain.points, options.fingerprint, run), chain, format_for(options),
           output.stream());
   }

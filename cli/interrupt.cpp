@@ -16,7 +16,12 @@ namespace {
 char partial_file[PATH_MAX];
 volatile sig_atomic_t partial_file_exists = 0;
 
+volatile sig_atomic_t terminal_line_shown = 0;
+
 void leave(int signal_number) {
+  if (terminal_line_shown != 0) {
+    [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, "\r\033[K", 4);
+  }
   if (partial_file_exists != 0) unlink(partial_file);
   if (signal_number == SIGINT) _exit(static_cast<int>(Exit::kInterrupted));
   signal(signal_number, SIG_DFL);
@@ -63,6 +68,8 @@ std::string create_partial_file(std::string pattern) {
   errno = error;
   return descriptor >= 0 ? pattern : std::string();
 }
+
+void note_terminal_line(bool shown) { terminal_line_shown = shown ? 1 : 0; }
 
 void release_partial_file() { partial_file_exists = 0; }
 

@@ -17,6 +17,9 @@ void leave_cleanly_when_interrupted();
 // it could not be made.
 std::string create_partial_file(std::string pattern);
 
+// Whether a line on the terminal waits to be erased, which then happens first.
+void note_terminal_line(bool shown);
+
 // The partial file has become somebody's file, or is gone: leave it alone.
 void release_partial_file();
 

@@ -27,6 +27,8 @@ const Choices<korvex::Closure> kEngineClosures = {
     {"ring", korvex::Closure::kRing},
 };
 
+constexpr std::size_t kMostTrials = 10'000'000;
+
 struct KnotOptions {
   std::vector<std::string> files;
   ReadOptions read;
@@ -45,9 +47,9 @@ class KnotPrinter {
   }
 
   void add(const Chain& chain, korvex::Closure closure, const Votes& votes) {
-    if (format_ == Format::kText) return add_text(chain, votes);
-    if (format_ == Format::kTsv) return add_rows(chain, closure, votes);
-    json_.push_back(as_json(chain, closure, votes));
+    if (format_ == Format::kJson) return json_.push_back(as_json(chain, closure, votes));
+    format_ == Format::kText ? add_text(chain, votes) : add_rows(chain, closure, votes);
+    flush_output();
   }
 
   void finish() const {
@@ -112,6 +114,7 @@ Exit run_knot(const KnotOptions& options) {
     Run run = options.run;
     const auto trials = static_cast<double>(votes.trials > 0 ? votes.trials : votes.most_trials);
     run.progress = [&](double fraction) { progress.show_bar(title, fraction, trials, "closures"); };
+    run.progress(0);
     printer.add(chain, votes.closure, vote(chain.points, votes, run));
   });
   printer.finish();
@@ -126,12 +129,13 @@ void add_auto_trials(CLI::App& command, VoteOptions& votes) {
     }
     const char* end = text.data() + text.size();
     const auto [rest, error] = std::from_chars(text.data(), end, trials);
-    return error == std::errc() && rest == end && trials > 0;
+    return error == std::errc() && rest == end && trials > 0 && trials <= kMostTrials;
   };
   const auto refuse = [parse](const std::string& text) {
     std::size_t trials = 0;
     return parse(text, trials) ? std::string()
-                               : "'" + text + "' is neither auto nor a whole number above 0";
+                               : "'" + text + "' is neither auto nor a whole number from 1 to " +
+                                     std::to_string(kMostTrials);
   };
   const auto assign = [&votes, parse](const std::string& text) { parse(text, votes.trials); };
   command

@@ -2,6 +2,7 @@
 
 #include <iostream>
 #include <memory>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -31,9 +32,9 @@ struct Options {
 
 Exit run_locate(const Options& options) {
   const bool as_array = options.format == LocationFormat::kJson;
+  std::ostringstream array;  // written whole or not at all
   const char* separator = "";
   write_location_head(options.format, std::cout);
-  if (as_array) std::cout << "[";
   const Exit exit = for_each_chain(options.files, options.read, [&](const Chain& chain) {
     const std::string title = title_of(chain);
     Run run = options.run;
@@ -44,14 +45,15 @@ Exit run_locate(const Options& options) {
       run.progress = [&](double fraction) {
         progress.show_bar(title, fraction, directions, "directions");
       };
+      run.progress(0);
       location = locate(fingerprint(chain.points, options.fingerprint, run), options.locate);
     }
-    if (as_array) std::cout << separator;
+    if (as_array) array << separator;
     separator = ", ";
-    write_location(location, chain, options.format, std::cout);
-    std::cout.flush();
+    write_location(location, chain, options.format, as_array ? array : std::cout);
+    flush_output();
   });
-  if (as_array) std::cout << "]\n";
+  if (as_array) std::cout << '[' << array.str() << "]\n";
   return exit;
 }
 

@@ -2,6 +2,8 @@
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
 #include <exception>
 #include <iostream>
 #include <new>
@@ -16,6 +18,13 @@
 namespace korvex::cli {
 
 void complain(const std::string& message) { std::cerr << "korvex: " + message + "\n"; }
+
+void flush_output() {
+  std::cout.flush();
+  if (!std::cout)
+    throw Failure(Exit::kSomeInputsFailed,
+                  std::string("cannot write to standard output: ") + std::strerror(errno));
+}
 
 namespace {
 
@@ -40,16 +49,11 @@ std::string one_line_with_advice(const CLI::App* app, const CLI::Error& error) {
 
 int as_status(Exit exit) { return static_cast<int>(exit); }
 
-Exit flushed(Exit exit) {
-  std::cout.flush();
-  if (std::cout) return exit;
-  complain("cannot write to standard output");
-  return Exit::kSomeInputsFailed;
-}
-
 Exit guarded(const Work& work) {
   try {
-    return flushed(work());
+    const Exit exit = work();
+    flush_output();
+    return exit;
   } catch (const Failure& failure) {
     complain(failure.what());
     return failure.status();
@@ -77,8 +81,8 @@ int run(int argc, char** argv) {
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& outcome) {
-    const bool asked_for_text = app.exit(outcome) == 0;
-    return as_status(asked_for_text ? flushed(Exit::kDone) : Exit::kUsage);
+    if (app.exit(outcome) != 0) return as_status(Exit::kUsage);
+    return as_status(guarded([] { return Exit::kDone; }));
   }
   if (!work) {
     complain("no subcommand given (see korvex --help)");

@@ -48,6 +48,7 @@ CLI::Option* add_classic_flag(CLI::App& command);
 CLI::Option* add_verbose(CLI::App& command, bool& verbose);
 
 inline constexpr const char* kFormatsRead =
-    "PDB or mmCIF (also gzipped), XYZ, or lines\n'x y z' or 'id x y z'; - is standard input";
+    "PDB, mmCIF, GRO, XYZ, LAMMPS text dump, or lines\n'x y z' or 'id x y z', also gzipped; - is "
+    "standard\ninput";
 
 }  // namespace korvex::cli

@@ -39,6 +39,14 @@ bool reached_the_disk(const std::string& path) {
 
 }  // namespace
 
+void refuse_to_replace(const std::string& input, const std::string& output) {
+  std::error_code missing;
+  if (fs::is_regular_file(output, missing) && fs::equivalent(input, output, missing)) {
+    throw Failure(Exit::kUsage,
+                  "cannot write '" + output + "': the chain is read from it; name another file");
+  }
+}
+
 OutputFile::OutputFile(std::string name) : name_(std::move(name)) {
   choose_destination();
   open_partial_file();

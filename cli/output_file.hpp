@@ -6,6 +6,9 @@
 
 namespace korvex::cli {
 
+// Throws Failure when `output` is the very file that `input` is read from.
+void refuse_to_replace(const std::string& input, const std::string& output);
+
 // Collects the output in a partial file beside its destination and gives it the destination's name
 // at the end. A destination that is no ordinary file (a device, a pipe; "-" for standard output)
 // cannot be replaced: it is sent the whole text at the end instead.

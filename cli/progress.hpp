@@ -20,7 +20,7 @@ class Progress {
   void show(const std::string& what, long long done, long long total, const char* unit);
 
   // Shows a bar for the fraction done, the rate in `unit` a second (of `total` in all) and the time
-  // left, at most ten times a second. Time counts from the first call for `what`.
+  // left, at most ten times a second and at the end. Time counts from the first call for `what`.
   void show_bar(const std::string& what, double fraction, double total, const char* unit);
 
  private:

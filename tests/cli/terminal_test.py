@@ -6,6 +6,8 @@ usage: terminal_test.py KORVEX
 import os
 import pathlib
 import pty
+import random
+import re
 import signal
 import subprocess
 import sys
@@ -82,6 +84,123 @@ class Interrupts(InTemporaryDirectory):
         process.send_signal(signal.SIGINT)
         self.assertEqual(process.wait(), 130)
         process.stdout.close()
+
+
+class EngineInterrupts(InTemporaryDirectory):
+    """On a terminal the progress line tells that the work has begun."""
+
+    def interrupted(self, *arguments, number=signal.SIGINT):
+        """(exit status, standard output, standard error) of a run that is sent a signal."""
+        master, slave = pty.openpty()
+        process = subprocess.Popen(
+            [KORVEX, *arguments],
+            cwd=self.directory,
+            stdin=subprocess.DEVNULL,
+            stdout=subprocess.PIPE,
+            stderr=slave,
+        )
+        os.close(slave)
+        shown = b""
+        try:
+            while b"[" not in shown:
+                shown += os.read(master, 65536)
+            process.send_signal(number)
+            while block := os.read(master, 65536):
+                shown += block
+        except OSError:  # the terminal's other side is closed
+            pass
+        os.close(master)
+        output = process.stdout.read()
+        process.stdout.close()
+        return process.wait(), output.decode(), shown.decode()
+
+    def long_chain(self):
+        """A random walk of 20,000 points."""
+        generator = random.Random(1)
+        point = [0.0, 0.0, 0.0]
+        with open(os.path.join(self.directory, "long.txt"), "w", encoding="ascii") as file:
+            for _ in range(20000):
+                point = [x + generator.gauss(0, 1) for x in point]
+                print(*point, file=file)
+        return "long.txt"
+
+    def expect_interrupted(self, *arguments):
+        before = self.left_behind()
+        status, output, shown = self.interrupted(*arguments)
+        self.assertEqual(status, 130)
+        self.assertEqual(output, "")
+        self.assertEqual(self.left_behind(), before)
+        self.assertIn("[", shown)
+        self.assertTrue(shown.endswith("\r\033[K"), repr(shown[-40:]))
+
+    def test_commands_end_with_130_and_leave_nothing(self):
+        endless = ["--directions", "1000000"]
+        self.expect_interrupted("knot", PROTEIN, "--trials", "10000000")
+        self.expect_interrupted("locate", PROTEIN, *endless)
+        self.expect_interrupted("locate", PROTEIN, *endless, "--format", "json")
+        self.expect_interrupted("fingerprint", PROTEIN, "-o", "out.npz", *endless)
+        self.expect_interrupted("fingerprint", PROTEIN, "-o", "-", "--format", "tsv", *endless)
+
+    def test_long_chains_end_with_130_and_leave_nothing(self):
+        chain = self.long_chain()
+        self.expect_interrupted("knot", chain, "--trials", "10000")
+        self.expect_interrupted("locate", chain, "--step", "200")
+        self.expect_interrupted("fingerprint", chain, "-o", "out.npz", "--step", "200")
+
+    def test_file_that_was_there_stays(self):
+        with open(os.path.join(self.directory, "out.tsv"), "w", encoding="ascii") as file:
+            file.write("precious")
+        self.expect_interrupted("fingerprint", PROTEIN, "-o", "out.tsv", "--directions", "1000000")
+        with open(os.path.join(self.directory, "out.tsv"), encoding="ascii") as file:
+            self.assertEqual(file.read(), "precious")
+
+    def test_answers_before_the_interrupt_are_kept(self):
+        process = subprocess.Popen(
+            [KORVEX, "knot", PROTEIN, "-"], stdin=subprocess.PIPE, stdout=subprocess.PIPE
+        )
+        self.assertIn(b"-3_1", process.stdout.readline())
+        process.send_signal(signal.SIGINT)
+        self.assertEqual(process.wait(), 130)
+        process.stdin.close()
+        process.stdout.close()
+
+    def test_termination_leaves_nothing(self):
+        status, _, _ = self.interrupted(
+            "fingerprint", PROTEIN, "-o", "out", "--directions", "1000000", number=signal.SIGTERM
+        )
+        self.assertEqual(status, -signal.SIGTERM)
+        self.assertEqual(self.left_behind(), [])
+
+
+class EngineProgress(InTemporaryDirectory):
+    RUNS = [
+        ["knot", PROTEIN, "--trials", "20000"],
+        ["locate", PROTEIN, "--directions", "3000"],
+        ["fingerprint", PROTEIN, "-o", "out.tsv", "--directions", "3000"],
+    ]
+
+    def test_terminal_shows_a_bar_with_rate_and_time_left_and_erases_it(self):
+        for arguments in self.RUNS:
+            status, _, shown = on_terminal(arguments, self.directory)
+            self.assertEqual(status, 0)
+            self.assertRegex(
+                shown,
+                r"2efv_CA\.pdb chain A \[#* *\] +\d+ % \d[\d.]* (closures|directions)/s, \d+ s left",
+            )
+            self.assertTrue(shown.endswith("\r\033[K"), repr(shown[-40:]))
+
+    def test_bar_never_falls(self):
+        _, _, shown = on_terminal(self.RUNS[2], self.directory)
+        percents = [int(percent) for percent in re.findall(r"(\d+) %", shown)]
+        self.assertGreater(len(percents), 1)
+        self.assertEqual(percents, sorted(percents))
+
+    def test_pipe_shows_none(self):
+        for arguments in self.RUNS:
+            result = subprocess.run(
+                [KORVEX, *arguments], cwd=self.directory, capture_output=True, check=True
+            )
+            self.assertEqual(result.stderr, b"")
 
 
 class Progress(InTemporaryDirectory):
