@@ -18,8 +18,9 @@ namespace korvex {
 
 // D(t) D(1/t) modulo the prime 2^61 - 1 at one fixed t: the same for every diagram of a knot and
 // for its mirror image, 1 for the unknot, and another for another Alexander polynomial but for
-// chance of about 2^-50. For n crossings and a diagram that b arcs generate (b is 2 to 10 for
-// simplified diagrams of up to 100 crossings) O(n b + b^3). Any thread.
+// chance of about 2^-50. O(n w^2) for n crossings at worst, where a sweep over the diagram has w
+// generators open at a time: a few in simplified diagrams of random knots, about sqrt(n) in a
+// tangle without parts. Any thread.
 //
 // Source: colouring moves, R. Blair, A. Kjuchukova, R. Velazquez and P. Villanueva, Comm. Anal.
 // Geom. 28, 105 (2020), applied to the Alexander quandle, D. Joyce, J. Pure Appl. Algebra 23, 37

@@ -1,9 +1,8 @@
 #include <cstddef>
-#include <vector>
 
 #include "engine/invariants/colouring.hpp"
 #include "engine/invariants/modular.hpp"
-#include "engine/invariants/seed_equations.hpp"
+#include "engine/invariants/seed_elimination.hpp"
 #include "korvex/alexander.hpp"
 
 namespace korvex {
@@ -35,27 +34,49 @@ struct BothField {
   static constexpr Both multiply(const Both& a, const Both& b) {
     return {kField.multiply(a.t, b.t), kField.multiply(a.inverse, b.inverse)};
   }
+  static constexpr Both inverse(const Both& a) {
+    const std::uint64_t of_product = modular::inverse(kField, kField.multiply(a.t, a.inverse));
+    return {kField.multiply(of_product, a.inverse), kField.multiply(of_product, a.t)};
+  }
+  static constexpr bool is_zero(const Both& a) { return a.t == 0 && a.inverse == 0; }
+  static constexpr bool has_inverse(const Both& a) { return a.t != 0 && a.inverse != 0; }
 };
 
 class KeyMaker {
  public:
   std::uint64_t key(const GaussCode& closed) {
     colouring_.plan(closed);
-    equations_.find(colouring_, {kT, kInverseT}, {kInverseT, kT});
-    const std::uint64_t at_t = determinant(&Both::t);
-    return at_t == 0 ? 0 : kField.multiply(at_t, determinant(&Both::inverse));
+    switch (both_.run(colouring_, {kT, kInverseT}, {kInverseT, kT})) {
+      case Outcome::kDone:
+        return quotient(product(both_.numerator()), product(both_.denominator()));
+      case Outcome::kZero:
+        return 0;
+      case Outcome::kStuck:
+        break;
+    }
+    return kField.multiply(determinant(kT, kInverseT), determinant(kInverseT, kT));
   }
 
  private:
-  std::uint64_t determinant(std::uint64_t Both::*value) {
-    matrix_.resize(equations_.equations().size());
-    for (std::size_t k = 0; k < matrix_.size(); ++k) matrix_[k] = equations_.equations()[k].*value;
-    return modular::determinant(kField, matrix_, equations_.width());
+  using Outcome = SeedElimination<Both, BothField>::Outcome;
+
+  static std::uint64_t product(const Both& both) { return kField.multiply(both.t, both.inverse); }
+
+  static std::uint64_t quotient(std::uint64_t numerator, std::uint64_t denominator) {
+    return denominator == 1 ? numerator
+                            : kField.multiply(numerator, modular::inverse(kField, denominator));
+  }
+
+  // For one of the two alone.
+  std::uint64_t determinant(std::uint64_t t, std::uint64_t inverse_t) const {
+    using Elimination = SeedElimination<std::uint64_t, MersenneField>;
+    Elimination one;
+    if (one.run(colouring_, t, inverse_t) != Elimination::Outcome::kDone) return 0;
+    return quotient(one.numerator(), one.denominator());
   }
 
   Colouring colouring_;
-  SeedEquations<Both, BothField> equations_;
-  std::vector<std::uint64_t> matrix_;
+  SeedElimination<Both, BothField> both_;
 };
 
 }  // namespace

@@ -17,7 +17,7 @@
 #include "engine/invariants/colouring.hpp"
 #include "engine/invariants/integer.hpp"
 #include "engine/invariants/modular.hpp"
-#include "engine/invariants/seed_equations.hpp"
+#include "engine/invariants/seed_elimination.hpp"
 #include "korvex/alexander.hpp"
 
 namespace korvex {
@@ -125,10 +125,10 @@ class Evaluation {
 
   std::uint64_t determinant(const MontgomeryField& field, std::uint64_t t,
                             std::uint64_t inverse_t) const {
-    SeedEquations<std::uint64_t, MontgomeryField> equations(field);
-    equations.find(colouring_, t, inverse_t);
-    std::vector<std::uint64_t> matrix = equations.equations();
-    return modular::determinant(field, matrix, equations.width());
+    using Elimination = SeedElimination<std::uint64_t, MontgomeryField>;
+    Elimination elimination(field);
+    if (elimination.run(colouring_, t, inverse_t) != Elimination::Outcome::kDone) return 0;
+    return field.multiply(elimination.numerator(), inverse(field, elimination.denominator()));
   }
 
   // The determinant is the polynomial times sign t^shift, the same for every t.

@@ -29,7 +29,7 @@ void Colouring::read(const GaussCode& closed) {
   }
   for (std::size_t arc = 0; arc < at(arcs_); ++arc) first_over_[arc + 1] += first_over_[arc];
   over_.resize(at(arcs_));
-  gain_.assign(first_over_.begin(), first_over_.end() - 1);
+  gain_.assign(first_over_.begin(), first_over_.end() - 1);  // where the next one goes
   for (std::int32_t k = 0; k < arcs_; ++k) over_[at(gain_[at(crossings_[at(k)].over)]++)] = k;
 }
 
@@ -37,32 +37,49 @@ void Colouring::plan(const GaussCode& closed) {
   read(closed);
   seeds_ = 0;
   steps_.clear();
-  coloured_.assign(at(arcs_), 0);
   waiting_.clear();
-  for (std::int32_t coloured = 0; coloured < arcs_;) {
-    const std::int32_t seed = best_seed();
-    steps_.push_back({ColouringStep::Kind::kSeed, false, -1, seed, -1});
-    ++seeds_;
-    colour(seed);
-    const std::size_t before = steps_.size();
-    ++coloured;
-    while (!waiting_.empty()) {
-      const std::int32_t crossing = waiting_.back();
-      waiting_.pop_back();
-      look_at(crossing);
-    }
-    for (std::size_t k = before; k < steps_.size(); ++k)
-      if (steps_[k].kind != ColouringStep::Kind::kEquation) ++coloured;
+  coloured_.assign(at(arcs_), 0);
+  gain_.assign(at(arcs_), 0);
+  for (auto& arcs : worth_) arcs.clear();
+  if (arcs_ > 0) plant(arc_over_most());
+  while (const auto seed = best_seed()) plant(*seed);
+}
+
+// Makes an arc a seed and colours all that follows from it.
+void Colouring::plant(std::int32_t seed) {
+  steps_.push_back({ColouringStep::Kind::kSeed, false, -1, seed, -1});
+  ++seeds_;
+  colour(seed);
+  while (!waiting_.empty()) {
+    const std::int32_t crossing = waiting_.back();
+    waiting_.pop_back();
+    look_at(crossing);
   }
 }
 
-// The crossings that the new arc takes part in may now give another.
+// The crossings that the new arc takes part in may now give another, or would with one arc more.
+// They may do so in the end as well: what an arc is worth never falls until it is coloured.
 void Colouring::colour(std::int32_t arc) {
   coloured_[at(arc)] = 1;
-  waiting_.push_back(arc);
-  waiting_.push_back(arc > 0 ? arc - 1 : arcs_ - 1);
-  for (std::int32_t k = first_over_[at(arc)]; k < first_over_[at(arc) + 1]; ++k)
-    waiting_.push_back(over_[at(k)]);
+  const std::int32_t before = arc > 0 ? arc - 1 : arcs_ - 1;
+  for (const std::int32_t crossing : {arc, before}) {
+    waiting_.push_back(crossing);
+    const std::int32_t other = crossing == arc ? next(arc) : before;
+    if (!coloured_[at(other)]) raise(crossings_[at(crossing)].over);
+  }
+  for (std::int32_t k = first_over_[at(arc)]; k < first_over_[at(arc) + 1]; ++k) {
+    const std::int32_t crossing = over_[at(k)];
+    waiting_.push_back(crossing);
+    if (coloured_[at(crossing)] || coloured_[at(next(crossing))]) continue;
+    raise(crossing);
+    raise(next(crossing));
+  }
+}
+
+void Colouring::raise(std::int32_t arc) {
+  if (coloured_[at(arc)]) return;
+  const std::int32_t gain = ++gain_[at(arc)];
+  worth_[std::min(at(gain), worth_.size()) - 1].push_back(arc);
 }
 
 void Colouring::look_at(std::int32_t number) {
@@ -82,25 +99,29 @@ void Colouring::look_at(std::int32_t number) {
   if (kind == Kind::kBackward) colour(number);
 }
 
-// The arc that lets most crossings give another arc at once; the first one passes over most.
-std::int32_t Colouring::best_seed() {
-  gain_.assign(at(arcs_), 0);
-  for (std::int32_t k = 0; k < arcs_; ++k) {
-    const Crossing& crossing = crossings_[at(k)];
-    const std::int32_t out = next(k);
-    const bool under = coloured_[at(k)] != 0 || coloured_[at(out)] != 0;
-    if (coloured_[at(crossing.over)]) {
-      if (under) continue;
-      gain_[at(k)] += 2;
-      gain_[at(out)] += 2;
-    } else {
-      gain_[at(crossing.over)] += under ? 2 : seeds_ == 0 ? 1 : 0;
+std::int32_t Colouring::arc_over_most() const {
+  std::int32_t best = 0;
+  const auto passed = [&](std::int32_t arc) {
+    return first_over_[at(arc) + 1] - first_over_[at(arc)];
+  };
+  for (std::int32_t arc = 1; arc < arcs_; ++arc)
+    if (passed(arc) > passed(best)) best = arc;
+  return best;
+}
+
+// An arc that lets most crossings give another arc at once, of equal ones that which was raised
+// last: it is near to what is being coloured. There is one as long as any arc is left, for where
+// the coloured part of the curve ends an arc that is not coloured passes over it.
+std::optional<std::int32_t> Colouring::best_seed() {
+  for (std::size_t k = worth_.size(); k-- > 0;) {
+    std::vector<std::int32_t>& arcs = worth_[k];
+    while (!arcs.empty()) {
+      const std::int32_t arc = arcs.back();
+      arcs.pop_back();
+      if (!coloured_[at(arc)]) return arc;
     }
   }
-  std::int32_t best = -1;
-  for (std::int32_t arc = 0; arc < arcs_; ++arc)
-    if (!coloured_[at(arc)] && (best < 0 || gain_[at(arc)] > gain_[at(best)])) best = arc;
-  return best;
+  return std::nullopt;
 }
 
 }  // namespace korvex

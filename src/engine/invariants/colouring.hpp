@@ -7,7 +7,9 @@
 // determinant of the others is the Alexander polynomial up to a unit.
 #pragma once
 
+#include <array>
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 #include "korvex/gauss_code.hpp"
@@ -32,7 +34,7 @@ struct ColouringStep {
 class Colouring {
  public:
   // Plans the colouring of a closed code. Arcs are numbered along the curve from 0, one for each
-  // under-passage that ends it. O(n seeds).
+  // under-passage that ends it. O(n).
   void plan(const GaussCode& closed);
 
   const std::vector<ColouringStep>& steps() const { return steps_; }
@@ -47,9 +49,12 @@ class Colouring {
   };
 
   void read(const GaussCode& closed);
+  void plant(std::int32_t seed);
   void colour(std::int32_t arc);
+  void raise(std::int32_t arc);
   void look_at(std::int32_t crossing);
-  std::int32_t best_seed();
+  std::int32_t arc_over_most() const;
+  std::optional<std::int32_t> best_seed();
   std::int32_t next(std::int32_t arc) const { return arc + 1 < arcs_ ? arc + 1 : 0; }
 
   std::int32_t arcs_ = 0;
@@ -60,7 +65,8 @@ class Colouring {
   std::vector<std::int32_t> over_;  // crossings that each arc passes over, arc by arc
   std::vector<std::uint8_t> coloured_;
   std::vector<std::int32_t> waiting_;
-  std::vector<std::int32_t> gain_;
+  std::vector<std::int32_t> gain_;  // crossings that each arc would make give another
+  std::array<std::vector<std::int32_t>, 4> worth_;  // arcs of gain 1, 2, 3, more; and former ones
   std::vector<ColouringStep> steps_;
 };
 

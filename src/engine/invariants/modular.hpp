@@ -56,7 +56,12 @@ class MersenneField {
     return add(static_cast<std::uint64_t>(product) & prime(),
                static_cast<std::uint64_t>(product >> 61));
   }
+  static constexpr std::uint64_t inverse(std::uint64_t a) {
+    return modular::inverse(MersenneField(), a);
+  }
   static constexpr std::uint64_t residue(std::int64_t a) { return least_residue(a, prime()); }
+  static constexpr bool is_zero(std::uint64_t a) { return a == 0; }
+  static constexpr bool has_inverse(std::uint64_t a) { return a != 0; }
 };
 
 // Any odd prime below 2^62 (P. L. Montgomery, Math. Comp. 44, 519 (1985)).
@@ -86,9 +91,12 @@ class MontgomeryField {
         static_cast<std::uint64_t>((product + static_cast<Wide>(m) * prime_) >> 64);
     return reduced >= prime_ ? reduced - prime_ : reduced;
   }
+  constexpr std::uint64_t inverse(std::uint64_t a) const { return modular::inverse(*this, a); }
   constexpr std::uint64_t residue(std::int64_t a) const {
     return multiply(least_residue(a, prime_), r_squared_);
   }
+  static constexpr bool is_zero(std::uint64_t a) { return a == 0; }
+  static constexpr bool has_inverse(std::uint64_t a) { return a != 0; }
   // In 0..prime-1.
   constexpr std::uint64_t value(std::uint64_t element) const { return multiply(element, 1); }
 
