@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <vector>
 
 #include "korvex.h"
@@ -44,6 +45,15 @@ TEST(CreateFoxMatrix, RowOfOneArcIsZero) {
   EXPECT_EQ(row_of(crossing_of_arcs(0, 0, 0, 1), 2), (std::vector{kZero, kZero}));
 }
 
+TEST(CreateFoxMatrix, WhereBothUnderArcsCoincideTheOutgoingOneStands) {
+  EXPECT_EQ(row_of(crossing_of_arcs(0, 1, 1, 1), 2), (std::vector{kOneMinusT, kT}));
+  EXPECT_EQ(row_of(crossing_of_arcs(0, 1, 1, 0), 2), (std::vector{kOneMinusT, kMinusOne}));
+  EXPECT_EQ(CreateFoxMatrix_double({crossing_of_arcs(1, 0, 0, 1), {}}, 12)[0],
+            (std::vector<double>{12, -11}));
+  EXPECT_EQ(CreateFoxMatrix_double({crossing_of_arcs(1, 0, 0, 0), {}}, 12)[0],
+            (std::vector<double>{-1, -11}));
+}
+
 TEST(CreateFoxMatrix, ZeroEntriesHoldOneZeroCoefficient) {
   EXPECT_EQ(row_of(crossing_of_arcs(0, 1, 2, 1), 4)[3], kZero);
 }
@@ -84,6 +94,22 @@ TEST(CreateFoxMatrixDouble, EntriesAtTwelve) {
 TEST(CreateFoxMatrixDouble, AnyTypeButZeroIsPositive) {
   EXPECT_EQ(CreateFoxMatrix_double(std::vector<Crossing>(3, crossing_of_arcs(0, 1, 2, 5)), 12),
             CreateFoxMatrix_double(std::vector<Crossing>(3, crossing_of_arcs(0, 1, 2, 1)), 12));
+}
+
+// Entries are formed as integers, which have no negative zero.
+TEST(CreateFoxMatrixDouble, ZerosArePositiveAtZeroAndOne) {
+  for (const int t : {0, 1}) {
+    for (const int type : {0, 1}) {
+      for (const Crossing& crossing :
+           {crossing_of_arcs(0, 0, 1, type), crossing_of_arcs(1, 0, 1, type),
+            crossing_of_arcs(0, 1, 2, type), crossing_of_arcs(0, 0, 0, type)}) {
+        const auto matrix = CreateFoxMatrix_double(std::vector(3, crossing), t);
+        for (const double entry : matrix[0]) {
+          EXPECT_FALSE(entry == 0 && std::signbit(entry));
+        }
+      }
+    }
+  }
 }
 
 TEST(CreateFoxMatrix, BothFormsAgreeAtEveryPoint) {

@@ -33,6 +33,8 @@ struct Answer {
   std::string errors;
   std::string log;
   std::string file;
+  int out_flushes = 0;
+  int log_flushes = 0;
 };
 
 Answer find(const std::string& content, int type, int check, int closure = 0, int step = 40,
@@ -48,6 +50,8 @@ Answer find(const std::string& content, int type, int check, int closure = 0, in
   answer.out = out.text();
   answer.errors = errors.text();
   answer.log = log.text();
+  answer.out_flushes = out.flushes();
+  answer.log_flushes = log.flushes();
   answer.file = output.content();
   const std::string path = output.path();
   if (const auto at = answer.log.find(path); at != std::string::npos) {
@@ -60,6 +64,7 @@ TEST(FindKnots, WholeChainPrintsTheRankedListAndEmptiesTheFile) {
   const Answer answer = find(as_text(trefoil()), 0, 0);
   EXPECT_EQ(answer.result, 0);
   EXPECT_EQ(answer.out, "3_1(100%) \n");
+  EXPECT_EQ(answer.out_flushes, 1);
   EXPECT_EQ(answer.errors, "");
   EXPECT_EQ(answer.log, "");
   EXPECT_EQ(answer.file, "");
@@ -77,6 +82,7 @@ TEST(FindKnots, FingerprintGoesToTheFile) {
             "There is 0 more points on the net of matrix.\n"
             "created 0 jobs of total size 0\n"
             "The full matrix is written to the file OUTPUT.\n");
+  EXPECT_EQ(answer.log_flushes, 2);  // of the two batches alone
 }
 
 TEST(FindKnots, OtherTypesAreRejected) {
@@ -116,6 +122,7 @@ TEST(FindKnots, DistanceVerdictGoesToTheFileAndTheLog) {
   const Answer checked = find(as_text(chain), 1, 1);
   EXPECT_EQ(checked.file, verdict + "\n");
   EXPECT_EQ(checked.log, verdict + "\n\n");
+  EXPECT_EQ(checked.log_flushes, 2);
   const Answer unchecked = find(as_text(chain), 1, 0);
   EXPECT_EQ(unchecked.file, "");
   EXPECT_EQ(unchecked.log, "");

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdint>
+#include <limits>
 #include <utility>
 #include <vector>
 
@@ -130,6 +132,26 @@ TEST(EnumerationOrder, IndicesAreTheLowSixteenBits) {
   EXPECT_EQ(found.edges.back().crossings.front().crossingIndex, kBars - 1);
   EXPECT_EQ(found.edges.back().crossings.back().crossingIndex,
             static_cast<std::int16_t>(36099 - 65536));
+}
+
+// Not a number has no place in the order: the short list is as std::sort leaves it.
+TEST(EnumerationOrder, SortsShortListsWithNumbersThatAreNoneAsTheLibraryDoes) {
+  const double nan = std::numeric_limits<double>::quiet_NaN();
+  for (std::size_t length = 2; length <= 16; ++length) {
+    std::vector<CrossingShort> list;
+    for (std::size_t k = 0; k < length; ++k) {
+      const double position = static_cast<double>(k * 7 % 16) / 16;
+      list.push_back({static_cast<std::int16_t>(k), k * 5 % 6 == 1 ? nan : position});
+    }
+    Edges edges = support::seen_from_above({{0, 0, 0, 1}, {1, 0, 0, 2}, {0, 1, 0, 3}});
+    edges[1].crossings = list;
+    std::sort(list.begin(), list.end(), WayToSortCrossings);
+    std::vector<Crossing> crossings;
+    FindAllCrossings(edges, crossings, true);
+    for (std::size_t k = 0; k < length; ++k) {
+      EXPECT_EQ(edges[1].crossings[k].crossingIndex, list[k].crossingIndex);
+    }
+  }
 }
 
 TEST(ArcOrder, NoCrossingsIsNothingToDo) {

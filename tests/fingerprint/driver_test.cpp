@@ -1,8 +1,10 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <fstream>
 #include <iostream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "korvex.h"
@@ -197,6 +199,24 @@ TEST(FindKnotFingerprint, UnwritableFileIsPassedOver) {
   const support::CapturedStream log(std::clog);
   std::string path = "/nonexistent-directory/file";
   EXPECT_EQ(FindKnotFingerprint(bow(), path.data(), 12, 30, 0, 1, 1, 15, false, kAmple), 1);
+}
+
+// The header and every row are flushed, the marker and a dictionary are not.
+TEST(FindAllKnots, FlushesEveryLine) {
+  const auto flushes = [](const support::Chain& chain, int mode) {
+    const support::CapturedStream log(std::clog);
+    std::fstream file;
+    const support::CapturedStream captured(file);
+    FindAllKnots(chain, file, 40, 100, 0, 2, mode, 16, false, kAmple);
+    return std::pair(captured.text(), captured.flushes());
+  };
+  const auto [knotted, knotted_flushes] = flushes(open_trefoil(), 1);
+  EXPECT_NE(knotted.find("\n-3 32 3_1 0 "), std::string::npos);
+  EXPECT_EQ(knotted_flushes, 2);
+  const auto [unknotted, unknotted_flushes] = flushes(bow(), 1);
+  EXPECT_NE(unknotted.find("\nUNKNOT\n"), std::string::npos);
+  EXPECT_EQ(unknotted_flushes, 1);
+  EXPECT_EQ(flushes(open_trefoil(), 0).second, 0);
 }
 
 }  // namespace

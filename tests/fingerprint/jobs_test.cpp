@@ -24,6 +24,7 @@ struct Batch {
   std::vector<Job> jobs;
   std::string log;
   std::string errors;
+  int flushes = 0;  // of the log stream
 };
 
 Batch prepare(const std::vector<ChainAtom>& chain, const std::vector<Job>& candidates,
@@ -37,6 +38,7 @@ Batch prepare(const std::vector<ChainAtom>& chain, const std::vector<Job>& candi
                                           closure, limit);
   batch.log = log.text();
   batch.errors = errors.text();
+  batch.flushes = log.flushes();
   return batch;
 }
 
@@ -131,11 +133,28 @@ TEST(PrepareAllInfixesFuleren, WithoutTrialsTheWholeListYieldsNothing) {
   EXPECT_EQ(batch.log, "created 0 jobs of total size 0\n");
 }
 
+// In the unsigned arithmetic of the estimate they exceed every budget but the largest ones.
 TEST(PrepareAllInfixesFuleren, NegativeTrialsYieldNothing) {
-  unsigned next = 0;
+  unsigned next = 2;
   const Batch batch = prepare(chain_of(10), kNet, next, -1, 0, kAmple);
   EXPECT_EQ(batch.result, 1);
+  EXPECT_EQ(next, 2U);
   EXPECT_TRUE(batch.jobs.empty());
+  EXPECT_EQ(batch.log, "created 0 jobs of total size 0The last: 101 104. Will continue.\n");
+  next = 0;
+  const Batch unlimited = prepare(chain_of(10), kNet, next, -1, 0, ~0ULL);
+  EXPECT_EQ(unlimited.result, 1);
+  EXPECT_EQ(next, 6U);
+  EXPECT_EQ(unlimited.log, "created 0 jobs of total size 0\n");
+}
+
+TEST(PrepareAllInfixesFuleren, FlushesTheLogOnce) {
+  unsigned next = 0;
+  EXPECT_EQ(prepare(chain_of(10), kNet, next, 1, 0, kAmple).flushes, 1);
+  next = 0;
+  EXPECT_EQ(prepare(chain_of(10), kNet, next, 1, 0, 2000).flushes, 1);
+  next = 0;
+  EXPECT_EQ(prepare(chain_of(10), kNet, next, 1, 0, 5).flushes, 1);
 }
 
 TEST(PrepareAllInfixesFuleren, ExhaustedCursorStartsAgain) {
@@ -192,6 +211,7 @@ TEST(PrepareAllInfixes, EveryLengthAndStart) {
   EXPECT_EQ(jobs[1].end, 5);
   EXPECT_EQ(pool.size(), 3U * 6 + 2U * 7 + 8);
   EXPECT_EQ(log.text(), "created 6 jobs of total size 40. Zaczynamy od id 1, len 7\n");
+  EXPECT_EQ(log.flushes(), 1);
 }
 
 TEST(PrepareAllInfixes, WholeChainOnly) {
