@@ -67,9 +67,18 @@ class KnotPrinter {
                             100 * type.interval.high);
       separator = ", ";
     }
-    out_ << fmt::format(" ({} {}, {} {})\n", chain.points.size(),
+    out_ << fmt::format(" ({} {}, {} {}", chain.points.size(),
                         chain.points.size() == 1 ? "residue" : "residues", votes.trials,
                         votes.trials == 1 ? "closure" : "closures");
+    if (votes.ring && votes.dominant().type.find('?') != std::string::npos) add_ring(*votes.ring);
+    out_ << ")\n";
+  }
+
+  // What is known of a closed curve whose knot has no name.
+  void add_ring(const RingReport& ring) const {
+    out_ << fmt::format("; Alexander key {:x}; {} crossings, writhe {}; simplified {}, writhe {}",
+                        ring.alexander_key, ring.projected.crossings, ring.projected.writhe,
+                        ring.simplified_size().crossings, ring.simplified_size().writhe);
   }
 
   void add_rows(const Chain& chain, korvex::Closure closure, const Votes& votes) const {
@@ -96,7 +105,18 @@ class KnotPrinter {
     auto& crossings = json["crossings"] = nlohmann::ordered_json::object();
     for (const auto& [count, diagrams] : votes.crossings)
       crossings[std::to_string(count)] = diagrams;
+    if (votes.ring) json["ring"] = as_json(*votes.ring);
     return json;
+  }
+
+  static nlohmann::ordered_json as_json(const RingReport& ring) {
+    const auto size = [](const DiagramSize& diagram) {
+      return nlohmann::ordered_json{{"crossings", diagram.crossings}, {"writhe", diagram.writhe}};
+    };
+    return {{"projected", size(ring.projected)},
+            {"points_left", ring.points_left},
+            {"simplified", size(ring.simplified_size())},
+            {"alexander_key", fmt::format("{:x}", ring.alexander_key)}};
   }
 
   std::ostream& out_;

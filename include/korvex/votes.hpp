@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <map>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -11,6 +12,7 @@
 #include "korvex/export.hpp"
 #include "korvex/geometry.hpp"
 #include "korvex/interval.hpp"
+#include "korvex/ring.hpp"
 #include "korvex/run.hpp"
 
 namespace korvex {
@@ -42,6 +44,8 @@ struct Votes {
   std::vector<TypeVotes> types;  // from the most to the least frequent, equal ones by name
   // Crossings left in the simplified diagrams, and how many diagrams had them.
   std::map<std::size_t, std::size_t> crossings;
+  // Of the closed curve itself, where it was closed directly or is a ring.
+  std::optional<RingReport> ring;
 
   // The type with most votes; of equal ones the first by name.
   const TypeVotes& dominant() const { return types.front(); }

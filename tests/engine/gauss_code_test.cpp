@@ -49,7 +49,7 @@ std::size_t faces_of_closed(const GaussCode& code) {
   return diagram.faces();
 }
 
-TEST(OpenCode, OfATrefoilSeenAlongItsAxisHasThreePositiveCrossings) {
+TEST(OpenCode, OfATrefoilSeenAlongItsAxisHasThreeCrossingsOfOneSign) {
   const auto code = open_code(trefoil_ring(), {0, 0, 1});
   ASSERT_TRUE(code);
   expect_well_formed(*code);

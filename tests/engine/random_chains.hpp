@@ -32,7 +32,7 @@ inline std::vector<Point> compact_walk(unsigned seed, int steps) {
   return chain;
 }
 
-// A right-handed trefoil ring.
+// A left-handed trefoil ring.
 inline std::vector<Point> trefoil_ring(int points = 40) {
   std::vector<Point> ring;
   for (int i = 0; i < points; ++i) {

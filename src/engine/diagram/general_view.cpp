@@ -40,16 +40,18 @@ void require_usable(std::span<const Point> chain) {
   }
 }
 
-GeneralView general_view(std::span<const Point> chain, const Point& direction, Curve curve) {
+GeneralView general_view(std::span<const Point> chain, const Point& direction, Curve curve,
+                         const Run& run) {
   require_usable(chain);
   constexpr unsigned kTurns = 4;
   constexpr std::array kShakes{1e-9, 1e-9, 1e-8, 1e-7, 1e-6, 1e-5, 1e-4, 1e-4};
-  GeneralView view{{chain.begin(), chain.end()}, direction, Projection(chain, direction, curve)};
+  GeneralView view{
+      {chain.begin(), chain.end()}, direction, Projection(chain, direction, curve, run)};
   for (unsigned attempt = 0; view.projection.degenerate(); ++attempt) {
     if (attempt == kTurns + kShakes.size()) refuse();
     view.direction = nudged(direction, attempt);
     if (attempt >= kTurns) view.chain = shaken(chain, kShakes[attempt - kTurns], attempt);
-    view.projection = Projection(view.chain, view.direction, curve);
+    view.projection = Projection(view.chain, view.direction, curve, run);
   }
   return view;
 }

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "engine/run/parallel.hpp"
+
 namespace korvex {
 namespace {
 
@@ -9,10 +11,10 @@ std::size_t at(std::int32_t number) { return static_cast<std::size_t>(number); }
 
 }  // namespace
 
-void PassMoves::simplify(GaussCode& code, CodeReduction& reduction) {
+void PassMoves::simplify(GaussCode& code, CodeReduction& reduction, const Run& run) {
   reduction.reduce_closed(code);
   resume_ = 0;
-  while (shorten_some_stretch(code)) reduction.reduce_closed(code);
+  while (shorten_some_stretch(code, run)) reduction.reduce_closed(code);
 }
 
 // Turns the code so that no stretch runs from its end on to its beginning.
@@ -30,19 +32,20 @@ void PassMoves::start_at_a_stretch(GaussCode& code) {
   std::swap(code, old_);
 }
 
-bool PassMoves::shorten_some_stretch(GaussCode& code) {
+bool PassMoves::shorten_some_stretch(GaussCode& code, const Run& run) {
   if (code.empty()) return false;
   if (code.front().over == code.back().over) start_at_a_stretch(code);
   diagram_.draw(code, Curve::kClosed);
   // Once round from where the last move was: what lies before it was tried in vain.
   std::size_t begin = std::min(resume_, code.size() - 1);
   while (begin > 0 && code[begin].over == code[begin - 1].over) --begin;
-  return shorten_first(code, begin, code.size()) || shorten_first(code, 0, begin);
+  return shorten_first(code, begin, code.size(), run) || shorten_first(code, 0, begin, run);
 }
 
 // Shortens the first stretch of those that begin in from..to-1 that can be.
-bool PassMoves::shorten_first(GaussCode& code, std::size_t from, std::size_t to) {
+bool PassMoves::shorten_first(GaussCode& code, std::size_t from, std::size_t to, const Run& run) {
   for (std::size_t first = from, last = 0; first < to; first = last + 1) {
+    throw_if_cancelled(run);
     last = first;
     while (last + 1 < code.size() && code[last + 1].over == code[first].over) ++last;
     const std::size_t behind = last + 1 < code.size() ? last + 1 : 0;

@@ -10,6 +10,7 @@
 #include "engine/diagram/code_reduction.hpp"
 #include "engine/diagram/gauss_code.hpp"
 #include "engine/diagram/plane_diagram.hpp"
+#include "korvex/run.hpp"
 
 namespace korvex {
 
@@ -18,13 +19,13 @@ class PassMoves {
  public:
   // Shortens stretches of a closed curve, and undoes moves I and II, until no stretch can be
   // shortened: the crossings never become more. About O(length^2) for each move that succeeds.
-  // Segments of the passages lose their meaning.
-  void simplify(GaussCode& code, CodeReduction& reduction);
+  // Segments of the passages lose their meaning. Asks before each stretch whether to stop.
+  void simplify(GaussCode& code, CodeReduction& reduction, const Run& run = {});
 
  private:
   void start_at_a_stretch(GaussCode& code);
-  bool shorten_some_stretch(GaussCode& code);
-  bool shorten_first(GaussCode& code, std::size_t from, std::size_t to);
+  bool shorten_some_stretch(GaussCode& code, const Run& run);
+  bool shorten_first(GaussCode& code, std::size_t from, std::size_t to, const Run& run);
   void lay_anew(GaussCode& code, std::size_t first, std::size_t last,
                 std::span<const PlaneDiagram::Step> way);
 

@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
+
+#include "engine/run/parallel.hpp"
 
 namespace korvex {
 namespace {
 
 constexpr double kEpsilon = std::numeric_limits<double>::epsilon();
-constexpr std::size_t kBlock = 16;
 
 // How far, in units of the projection's extent, a strand is led to leave everything behind.
 constexpr double kAway = 4;
@@ -57,22 +59,12 @@ Area area(const Vertex& p, const Vertex& q, const Vertex& r) {
 
 }  // namespace
 
-void Projection::Box::include(const Box& other) {
-  left = std::min(left, other.left);
-  right = std::max(right, other.right);
-  bottom = std::min(bottom, other.bottom);
-  top = std::max(top, other.top);
-}
-
-bool Projection::Box::meets(const Box& other) const {
-  return (left <= other.right) & (other.left <= right) & (bottom <= other.top) &
-         (other.bottom <= top);
-}
-
-Projection::Projection(std::span<const Point> chain, const Point& direction, Curve curve) {
+Projection::Projection(std::span<const Point> chain, const Point& direction, Curve curve,
+                       const Run& run) {
   look_at(chain, direction, curve);
   bound_segments();
   for (std::size_t second = 2; second < segments() && !degenerate_; ++second) {
+    throw_if_cancelled(run);
     const bool meets_first = curve == Curve::kClosed && second + 1 == segments();
     degenerate_ = !find_meetings(second, {meets_first ? 1u : 0u, second - 1});
   }
@@ -105,20 +97,15 @@ void Projection::look_at(std::span<const Point> chain, const Point& direction, C
   }
 }
 
-Projection::Box Projection::box_of(const Segment& segment) {
+BoundingBox<2> Projection::box_of(const Segment& segment) {
   const auto [left, right] = std::minmax(segment.from.x, segment.to.x);
   const auto [bottom, top] = std::minmax(segment.from.y, segment.to.y);
-  return {left, right, bottom, top};
+  return {{left, bottom}, {right, top}};
 }
 
 void Projection::bound_segments() {
-  boxes_.reserve(segments());
-  blocks_.reserve(segments() / kBlock + 1);
-  for (std::size_t s = 0; s < segments(); ++s) {
-    boxes_.push_back(box_of(segment(s)));
-    if (s % kBlock == 0) blocks_.emplace_back();
-    blocks_.back().include(boxes_.back());
-  }
+  boxes_ = BoxTree<2>(segments());
+  for (std::size_t s = 0; s < segments(); ++s) boxes_.set(s, box_of(segment(s)));
 }
 
 // Appends the meetings of a segment of the chain with others of it; false when one is degenerate.
@@ -128,20 +115,17 @@ bool Projection::find_meetings(std::size_t second, Range others) {
 
 bool Projection::find_meetings(const Segment& with, std::size_t second, Range others,
                                std::vector<Meeting>& meetings) const {
-  const Box box = box_of(with);
+  static thread_local std::vector<std::int32_t> near;
+  near.clear();
+  boxes_.find(box_of(with), others.begin, others.end, near);
   Meeting meeting;
   meeting.second = static_cast<std::int32_t>(second);
-  for (std::size_t block = others.begin / kBlock; block * kBlock < others.end; ++block) {
-    if (!blocks_[block].meets(box)) continue;
-    const std::size_t end = std::min(others.end, (block + 1) * kBlock);
-    for (std::size_t first = std::max(others.begin, block * kBlock); first < end; ++first) {
-      if (!boxes_[first].meets(box)) continue;
-      const Pair pair = test(segment(first), with, meeting);
-      if (pair == Pair::kDegenerate) return false;
-      if (pair == Pair::kApart) continue;
-      meeting.first = static_cast<std::int32_t>(first);
-      meetings.push_back(meeting);
-    }
+  for (const std::int32_t first : near) {
+    const Pair pair = test(segment(at(first)), with, meeting);
+    if (pair == Pair::kDegenerate) return false;
+    if (pair == Pair::kApart) continue;
+    meeting.first = first;
+    meetings.push_back(meeting);
   }
   return true;
 }

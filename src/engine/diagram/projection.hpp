@@ -4,13 +4,14 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <limits>
 #include <optional>
 #include <span>
 #include <vector>
 
 #include "engine/diagram/gauss_code.hpp"
+#include "engine/geometry/box_tree.hpp"
 #include "korvex/geometry.hpp"
+#include "korvex/run.hpp"
 
 namespace korvex {
 
@@ -20,8 +21,10 @@ class Projection {
  public:
   // Finds all crossings of `chain` (finite points; repeated consecutive ones count once) seen from
   // far away in `direction` (a unit vector). A closed curve has a segment more, from the last point
-  // to the first. O(n^2) bounding-box tests of n segments at worst.
-  Projection(std::span<const Point> chain, const Point& direction, Curve curve = Curve::kOpen);
+  // to the first. O(n log n + pairs of segments whose bounding boxes meet) for n segments.
+  // Throws Error(kCancelled) when it is to stop.
+  Projection(std::span<const Point> chain, const Point& direction, Curve curve = Curve::kOpen,
+             const Run& run = {});
 
   bool degenerate() const { return degenerate_; }
 
@@ -34,16 +37,6 @@ class Projection {
   std::optional<GaussCode> code_led_away(std::int32_t vertex, const Point& onward) const;
 
  private:
-  struct Box {
-    double left = std::numeric_limits<double>::infinity();
-    double right = -left;
-    double bottom = left;
-    double top = -left;
-
-    void include(const Box& other);
-    bool meets(const Box& other) const;
-  };
-
   // A vertex in the viewer's frame: x to the right, y up, height towards the viewer.
   struct Vertex {
     double x;
@@ -85,7 +78,7 @@ class Projection {
   enum class Pair { kApart, kCross, kDegenerate };
 
   void look_at(std::span<const Point> chain, const Point& direction, Curve curve);
-  static Box box_of(const Segment& segment);
+  static BoundingBox<2> box_of(const Segment& segment);
   void bound_segments();
   Segment segment(std::size_t index) const { return {vertices_[index], vertices_[index + 1]}; }
   std::size_t segments() const { return original_.size(); }
@@ -103,8 +96,7 @@ class Projection {
   std::vector<std::int32_t> original_;  // number in the chain of each segment kept
   std::vector<std::int32_t> kept_;      // vertex kept for each of the chain
   double reach_ = 0;                    // no coordinate in the plane is larger
-  std::vector<Box> boxes_;              // of segments
-  std::vector<Box> blocks_;             // of blocks of segments
+  BoxTree<2> boxes_;                    // of segments
   std::vector<Meeting> meetings_;       // by second segment, then by first
   std::vector<Placed> placed_;          // in order of the chain
   bool degenerate_ = false;
@@ -125,7 +117,7 @@ struct GeneralView {
 // moved as well, by 1e-9 of the chain's extent or as little more as helps: the answer is then that
 // of a chain nearby. Throws Error(kInvalidArgument) for a chain that is not usable.
 GeneralView general_view(std::span<const Point> chain, const Point& direction,
-                         Curve curve = Curve::kOpen);
+                         Curve curve = Curve::kOpen, const Run& run = {});
 
 // The code of the projected chain cut at `vertex` and led away in direction `onward`, which is
 // turned by about 1e-5 rad where it is seen degenerately.

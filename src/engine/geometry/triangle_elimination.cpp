@@ -1,37 +1,34 @@
 #include "engine/geometry/triangle_elimination.hpp"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <initializer_list>
 #include <limits>
 #include <numeric>
+
+#include "engine/geometry/box_tree.hpp"
+#include "engine/run/parallel.hpp"
 
 namespace korvex {
 namespace {
 
 constexpr double kEpsilon = std::numeric_limits<double>::epsilon();
 
-struct Box {
-  Point low{HUGE_VAL, HUGE_VAL, HUGE_VAL};
-  Point high{-HUGE_VAL, -HUGE_VAL, -HUGE_VAL};
+using Tree = BoxTree<3>;
+using Box = Tree::Box;
 
-  void include(const Point& p) {
-    low = {std::min(low.x, p.x), std::min(low.y, p.y), std::min(low.z, p.z)};
-    high = {std::max(high.x, p.x), std::max(high.y, p.y), std::max(high.z, p.z)};
+void include(Box& box, const Point& p) {
+  const std::array coordinates{p.x, p.y, p.z};
+  for (std::size_t d = 0; d < 3; ++d) {
+    box.low[d] = std::min(box.low[d], coordinates[d]);
+    box.high[d] = std::max(box.high[d], coordinates[d]);
   }
-  void include(const Box& other) {
-    include(other.low);
-    include(other.high);
-  }
-  bool meets(const Box& other) const {
-    return (low.x <= other.high.x) & (other.low.x <= high.x) & (low.y <= other.high.y) &
-           (other.low.y <= high.y) & (low.z <= other.high.z) & (other.low.z <= high.z);
-  }
-};
+}
 
-Box box_of(const Line& line) {
-  Box box;
-  box.include(line.from);
-  box.include(line.to);
+Box box_of(std::initializer_list<Point> points) {
+  Box box = Box::empty();
+  for (const Point& p : points) include(box, p);
   return box;
 }
 
@@ -54,16 +51,19 @@ bool may_run_inside(const Point& p, const Point& q, const Point& r, const Point&
 
 class Elimination {
  public:
-  Elimination(std::span<const Point> points, std::span<const Line> obstacles, bool ring)
-      : points_(points), ring_(ring), kept_(points.size()) {
+  Elimination(std::span<const Point> points, std::span<const Line> obstacles, bool ring,
+              const Run& run)
+      : points_(points), ring_(ring), run_(run), kept_(points.size()) {
     std::iota(kept_.begin(), kept_.end(), 0);
-    Box all;
-    for (const Point& p : points) all.include(p);
+    Box all = Box::empty();
+    for (const Point& p : points) include(all, p);
     for (const Line& line : obstacles) {
-      all.include(box_of(line));
-      obstacles_.push_back({line, box_of(line)});
+      include(all, line.from);
+      include(all, line.to);
+      obstacles_.push_back({line, box_of({line.from, line.to})});
     }
-    extent_ = points.empty() ? 0 : norm(all.high - all.low);
+    if (points.empty()) return;
+    extent_ = norm({all.high[0] - all.low[0], all.high[1] - all.low[1], all.high[2] - all.low[2]});
   }
 
   std::vector<std::int32_t> run() {
@@ -77,8 +77,6 @@ class Elimination {
   }
 
  private:
-  static constexpr std::size_t kBlock = 8;
-
   struct Obstacle {
     Line line;
     Box box;
@@ -92,13 +90,10 @@ class Elimination {
   void lay_segments() {
     const std::size_t count = kept_.size() - (ring_ ? 0 : 1);
     segments_.clear();
-    boxes_.clear();
-    blocks_.clear();
+    tree_ = Tree(count);
     for (std::size_t k = 0; k < count; ++k) {
       segments_.push_back({point(k), point(k + 1 < kept_.size() ? k + 1 : 0)});
-      boxes_.push_back(box_of(segments_.back()));
-      if (k % kBlock == 0) blocks_.emplace_back();
-      blocks_.back().include(boxes_.back());
+      tree_.set(k, box_of({segments_[k].from, segments_[k].to}));
     }
   }
 
@@ -111,6 +106,7 @@ class Elimination {
     std::size_t before = 0;  // segment that comes in to the point looked at
     const std::size_t end = ring_ ? kept_.size() : kept_.size() - 1;
     for (std::size_t k = 1; k < end; ++k) {
+      throw_if_cancelled(run_);
       if (count > fewest && is_free(before, k)) {
         join(before, k);
         --count;
@@ -126,27 +122,30 @@ class Elimination {
   // Lets segment `before` go straight to where segment `after` leads.
   void join(std::size_t before, std::size_t after) {
     segments_[before].to = segments_[after].to;
-    boxes_[before] = box_of(segments_[before]);
-    blocks_[before / kBlock].include(boxes_[before]);
-    boxes_[after] = Box{};
+    tree_.set(before, box_of({segments_[before].from, segments_[before].to}));
+    tree_.clear(after);
   }
 
-  bool is_free(std::size_t before, std::size_t after) const {
+  bool is_free(std::size_t before, std::size_t after) {
     const Point& p = segments_[before].from;
     const Point& q = segments_[before].to;
     const Point& r = segments_[after].to;
-    Box box;
-    box.include(p);
-    box.include(q);
-    box.include(r);
-    for (std::size_t block = 0; block < blocks_.size(); ++block) {
-      if (!blocks_[block].meets(box)) continue;
-      const std::size_t end = std::min(segments_.size(), (block + 1) * kBlock);
-      for (std::size_t k = block * kBlock; k < end; ++k) {
-        if (!boxes_[k].meets(box) || k == before || k == after) continue;
-        if (may_pierce(segments_[k], p, q, r, extent_)) return false;
-      }
-    }
+    const Box box = box_of({p, q, r});
+    // What lies close by along the chain is most likely in the way.
+    constexpr std::size_t kClose = 32;
+    const std::size_t close_begin = before - std::min(before, kClose);
+    const std::size_t close_end = std::min(after + kClose, segments_.size());
+    const auto is_pierced = [&](std::size_t begin, std::size_t end) {
+      found_.clear();
+      tree_.find(box, begin, end, found_);
+      return std::any_of(found_.begin(), found_.end(), [&](std::int32_t number) {
+        const auto k = static_cast<std::size_t>(number);
+        return k != before && k != after && may_pierce(segments_[k], p, q, r, extent_);
+      });
+    };
+    if (is_pierced(close_begin, close_end) || is_pierced(0, close_begin) ||
+        is_pierced(close_end, segments_.size()))
+      return false;
     return std::none_of(obstacles_.begin(), obstacles_.end(), [&](const Obstacle& obstacle) {
       return obstacle.box.meets(box) && may_pierce(obstacle.line, p, q, r, extent_);
     });
@@ -154,12 +153,13 @@ class Elimination {
 
   const std::span<const Point> points_;
   const bool ring_;
+  const Run& run_;
   std::vector<std::int32_t> kept_;
   std::vector<Obstacle> obstacles_;
   double extent_ = 0;
   std::vector<Line> segments_;
-  std::vector<Box> boxes_;
-  std::vector<Box> blocks_;
+  Tree tree_;  // of the boxes of segments
+  std::vector<std::int32_t> found_;
 };
 
 }  // namespace
@@ -182,12 +182,12 @@ bool may_pierce(const Line& line, const Point& p, const Point& q, const Point& r
 }
 
 std::vector<std::int32_t> eliminate_open(std::span<const Point> chain,
-                                         std::span<const Line> obstacles) {
-  return Elimination(chain, obstacles, false).run();
+                                         std::span<const Line> obstacles, const Run& run) {
+  return Elimination(chain, obstacles, false, run).run();
 }
 
-std::vector<std::int32_t> eliminate_ring(std::span<const Point> ring) {
-  return Elimination(ring, {}, true).run();
+std::vector<std::int32_t> eliminate_ring(std::span<const Point> ring, const Run& run) {
+  return Elimination(ring, {}, true, run).run();
 }
 
 }  // namespace korvex

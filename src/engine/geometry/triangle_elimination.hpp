@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "korvex/geometry.hpp"
+#include "korvex/run.hpp"
 
 namespace korvex {
 
@@ -28,12 +29,13 @@ bool may_pierce(const Line& line, const Point& p, const Point& q, const Point& r
 
 // Indices, rising, of points of an open chain whose polygon is isotopic to the chain with its ends
 // fixed and all obstacles in place. The ends are kept. Obstacles may begin or end in ends of the
-// chain. O(passes * n * (n + obstacles)) for n points; passes are few.
+// chain. About O(n log n) for n points where few segments are near to one, besides n looks at all
+// obstacles. Asks before each point whether to stop.
 std::vector<std::int32_t> eliminate_open(std::span<const Point> chain,
-                                         std::span<const Line> obstacles);
+                                         std::span<const Line> obstacles, const Run& run = {});
 
 // The same for a closed ring, the last point of which is joined to the first: at least 3 points are
 // kept of 3 or more.
-std::vector<std::int32_t> eliminate_ring(std::span<const Point> ring);
+std::vector<std::int32_t> eliminate_ring(std::span<const Point> ring, const Run& run = {});
 
 }  // namespace korvex

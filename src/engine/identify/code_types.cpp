@@ -53,8 +53,8 @@ CodeType WorkerCodeTypes::of_open(const GaussCode& reduced) {
   return type;
 }
 
-CodeType WorkerCodeTypes::of_closed(GaussCode code) {
-  pass_moves_.simplify(code, reduction_);
+CodeType WorkerCodeTypes::of_closed(GaussCode code, const Run& run) {
+  pass_moves_.simplify(code, reduction_, run);
   return shared_.type_of(code);
 }
 

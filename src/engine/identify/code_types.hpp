@@ -17,6 +17,7 @@
 #include "engine/diagram/gauss_code.hpp"
 #include "engine/diagram/pass_moves.hpp"
 #include "engine/identify/identification.hpp"
+#include "korvex/run.hpp"
 
 namespace korvex {
 
@@ -62,7 +63,7 @@ class WorkerCodeTypes {
   // The type that a reduced open code has when both ends are led to the viewer.
   CodeType of_open(const GaussCode& reduced);
   // The type of a closed code.
-  CodeType of_closed(GaussCode code);
+  CodeType of_closed(GaussCode code, const Run& run = {});
 
  private:
   CodeTypes& shared_;

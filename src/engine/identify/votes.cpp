@@ -88,10 +88,8 @@ class Voting {
       count(type_of(ends_away_from_centre(), chain_, worker(0)));
       return;
     }
-    const auto ring = selected(chain_, eliminate_ring(chain_));
-    const Point direction = random_direction(run_.seed, 0);
-    const GeneralView view = general_view(ring, direction, Curve::kClosed);
-    count(worker(0).types.of_closed(view.projection.code()));
+    ring_ = examine_ring(chain_, run_);
+    count(worker(0).types.of_closed(ring_->simplified.code(), run_));
   }
 
   Ends ends_away_from_centre() const {
@@ -179,6 +177,7 @@ class Voting {
     Votes votes;
     votes.trials = total_;
     votes.crossings = crossings_;
+    votes.ring = ring_;
     for (std::size_t number = 0; number < counts_.size(); ++number) {
       const Count& count = counts_[number];
       if (count.votes == 0) continue;
@@ -201,6 +200,7 @@ class Voting {
   std::size_t total_ = 0;
   std::vector<Count> counts_;
   std::map<std::size_t, std::size_t> crossings_;
+  std::optional<RingReport> ring_;
 };
 
 }  // namespace
