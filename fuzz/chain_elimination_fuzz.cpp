@@ -1,9 +1,10 @@
 // Triangle elimination of chains of atoms: the fast form against the plain one.
-#include <bit>
+#include <algorithm>
 #include <cstdlib>
 
 #include "bytes.hpp"
 #include "reference/preprocess.hpp"
+#include "support/bits.hpp"
 
 namespace {
 
@@ -24,10 +25,7 @@ double coordinate(fuzz::Bytes& bytes, int kind) {
   }
 }
 
-bool same_bits(const ChainAtom& a, const ChainAtom& b) {
-  const auto bits = [](double v) { return std::bit_cast<std::uint64_t>(v); };
-  return bits(a.x) == bits(b.x) && bits(a.y) == bits(b.y) && bits(a.z) == bits(b.z) && a.id == b.id;
-}
+bool same_bits(const ChainAtom& a, const ChainAtom& b) { return support::same_bits(a, b); }
 
 }  // namespace
 

@@ -1,27 +1,17 @@
 // The closures and the projection: every input ends, keeps the chain's own atoms and adds finite
 // ones; the projection equals the plain form.
-#include <bit>
 #include <cmath>
 #include <cstdlib>
 
 #include "bytes.hpp"
 #include "reference/preprocess.hpp"
+#include "support/bits.hpp"
 
 namespace {
 
-bool same(double a, double b) {  // the sign of what is not a number is free
-  if (std::isnan(a) || std::isnan(b)) return std::isnan(a) && std::isnan(b);
-  return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b);
-}
+bool same_atom(const ChainAtom& a, const ChainAtom& b) { return support::same_bits(a, b); }
 
-bool same_atom(const ChainAtom& a, const ChainAtom& b) {
-  return same(a.x, b.x) && same(a.y, b.y) && same(a.z, b.z) && a.id == b.id;
-}
-
-bool same_edge(const Edge& a, const Edge& b) {
-  return same(a.x1, b.x1) && same(a.y1, b.y1) && same(a.z1, b.z1) && same(a.x2, b.x2) &&
-         same(a.y2, b.y2) && same(a.z2, b.z2) && a.tag == b.tag;
-}
+bool same_edge(const Edge& a, const Edge& b) { return support::same_bits(a, b); }
 
 int close(std::vector<ChainAtom>& chain, int way, double factor) {
   switch (way) {

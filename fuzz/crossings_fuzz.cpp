@@ -1,6 +1,4 @@
 // The crossings of a projected chain: the fast form against the plain one.
-#include <bit>
-#include <cmath>
 #include <cstdlib>
 #include <iostream>
 #include <sstream>
@@ -10,6 +8,7 @@
 #include "bytes.hpp"
 #include "korvex.h"
 #include "reference/reference.hpp"
+#include "support/bits.hpp"
 #include "support/captured_stream.hpp"
 
 namespace {
@@ -45,11 +44,6 @@ std::vector<Edge> ring(fuzz::Bytes& bytes, int kind) {
   return edges;
 }
 
-bool same_position(double a, double b) {
-  return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b) ||
-         (std::isnan(a) && std::isnan(b));
-}
-
 void require(bool holds) {
   if (!holds) std::abort();
 }
@@ -79,7 +73,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     require(fast[k].crossings.size() == plain[k].crossings.size());
     for (std::size_t c = 0; c < fast[k].crossings.size(); ++c) {
       require(fast[k].crossings[c].crossingIndex == plain[k].crossings[c].crossingIndex);
-      require(same_position(fast[k].crossings[c].position, plain[k].crossings[c].position));
+      require(support::same_bits(fast[k].crossings[c].position, plain[k].crossings[c].position));
     }
   }
   return 0;

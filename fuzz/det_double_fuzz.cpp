@@ -1,12 +1,11 @@
 // Numeric determinants: the fast form against the plain one, result and what is left of the matrix.
-#include <bit>
-#include <cmath>
 #include <cstdlib>
 #include <vector>
 
 #include "bytes.hpp"
 #include "korvex.h"
 #include "reference/reference.hpp"
+#include "support/bits.hpp"
 #include "support/determinant_ends.hpp"
 
 namespace {
@@ -27,8 +26,7 @@ double entry(fuzz::Bytes& bytes, int kind) {
 }
 
 void require_same(double a, double b) {
-  if (std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b)) return;
-  if (!std::isnan(a) || !std::isnan(b)) std::abort();
+  if (!support::same_bits(a, b)) std::abort();
 }
 
 }  // namespace

@@ -5,7 +5,7 @@
 
 #include "korvex.h"
 #include "support/chains.hpp"
-#include "support/planar_edges.hpp"
+#include "support/edges.hpp"
 #include "support/stored_coefficients.hpp"
 
 namespace {

@@ -10,6 +10,7 @@
 #include "alexander/exact_remainder.hpp"
 #include "korvex.h"
 #include "reference/reference.hpp"
+#include "support/bits.hpp"
 #include "support/determinant_ends.hpp"
 #include "support/effort.hpp"
 #include "support/number_matrices.hpp"
@@ -17,11 +18,7 @@
 
 namespace {
 
-// NaN has many patterns; which one results is the processor's business.
-bool same_bits(double a, double b) {
-  return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b) ||
-         (std::isnan(a) && std::isnan(b));
-}
+using support::same_bits;
 
 bool same_bits(const support::NumberMatrix& a, const support::NumberMatrix& b) {
   if (a.size() != b.size()) return false;

@@ -10,14 +10,11 @@
 #include "reference/reference.hpp"
 #include "support/effort.hpp"
 #include "support/polynomial_matrices.hpp"
+#include "support/stored_coefficients.hpp"
 
 namespace {
 
-polynomial<int> stored(std::vector<int> coefficients) {
-  polynomial<int> result;
-  result.data() = std::move(coefficients);
-  return result;
-}
+using support::stored;
 
 TEST(DetPoly, EqualsTheCofactorExpansion) {
   std::size_t largest = 0;

@@ -12,6 +12,7 @@
 
 #include "korvex.h"
 #include "reference/reference.hpp"
+#include "support/bits.hpp"
 #include "support/captured_stream.hpp"
 #include "support/effort.hpp"
 #include "support/projections.hpp"
@@ -37,11 +38,7 @@ Outcome enumerate(std::vector<Edge> edges, bool closed, Find find, Fill fill) {
   return outcome;
 }
 
-// NaN has many patterns, which no comparison of positions can tell apart.
-bool same_bits(double a, double b) {
-  return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b) ||
-         (std::isnan(a) && std::isnan(b));
-}
+using support::same_bits;
 
 bool same_crossing(const Crossing& a, const Crossing& b) {
   return a.overEdge == b.overEdge && a.underEdge == b.underEdge && a.overArc == b.overArc &&

@@ -8,11 +8,11 @@
 #include "korvex.h"
 #include "support/captured_stream.hpp"
 #include "support/chains.hpp"
-#include "support/planar_edges.hpp"
+#include "support/edges.hpp"
 
 namespace {
 
-using support::level_edge;
+using support::flat;
 using support::seen_from_above;
 
 struct Diagram {
@@ -29,7 +29,7 @@ Diagram labelled(const std::vector<ChainAtom>& ring) {
 
 TEST(FindAllCrossings, FewerThanThreeEdgesHaveNone) {
   for (const int count : {0, 1, 2}) {
-    std::vector<Edge> edges(static_cast<std::size_t>(count), level_edge(0, 0, 1, 1));
+    std::vector<Edge> edges(static_cast<std::size_t>(count), flat(0, 0, 1, 1));
     std::vector<Crossing> crossings;
     EXPECT_EQ(FindAllCrossings(edges, crossings, true), 0);
     EXPECT_TRUE(crossings.empty());
@@ -45,7 +45,7 @@ TEST(FindAllCrossings, ReservesRoomForTwenty) {
 
 TEST(FindAllCrossings, ClosedTriangleTestsNoPair) {
   // The first and the third edge overlap: a pair that were tested would be a problem.
-  std::vector<Edge> edges{level_edge(0, 0, 1, 0), level_edge(1, 0, 2, 0), level_edge(2, 0, 0, 0)};
+  std::vector<Edge> edges{flat(0, 0, 1, 0), flat(1, 0, 2, 0), flat(2, 0, 0, 0)};
   std::vector<Crossing> crossings;
   const support::CapturedStream log(std::clog);
   EXPECT_EQ(FindAllCrossings(edges, crossings, true), 0);
@@ -55,8 +55,8 @@ TEST(FindAllCrossings, ClosedTriangleTestsNoPair) {
 
 TEST(FindAllCrossings, FirstAndLastEdgeAreNeighboursOnlyInAClosedChain) {
   // Of four edges the first and the last cross, and no other pair does.
-  const std::vector<Edge> edges{level_edge(0, 0, 4, 0), level_edge(4, 0, 4, 5),
-                                level_edge(4, 5, 1, 5), level_edge(1, 5, 2, -5)};
+  const std::vector<Edge> edges{flat(0, 0, 4, 0), flat(4, 0, 4, 5), flat(4, 5, 1, 5),
+                                flat(1, 5, 2, -5)};
   std::vector<Edge> closed = edges;
   std::vector<Crossing> crossings;
   EXPECT_EQ(FindAllCrossings(closed, crossings, true), 0);
@@ -70,8 +70,8 @@ TEST(FindAllCrossings, FirstAndLastEdgeAreNeighboursOnlyInAClosedChain) {
 
 TEST(FindAllCrossings, ProblemPairEndsTheSearchAndKeepsWhatWasFound) {
   // The first edge crosses the third, and ends exactly on the fourth.
-  std::vector<Edge> edges{level_edge(0, 0, 4, 0), level_edge(4, 0, 6, 3), level_edge(1, 1, 1, -1),
-                          level_edge(4, -1, 4, 1), level_edge(2, 1, 2, -1)};
+  std::vector<Edge> edges{flat(0, 0, 4, 0), flat(4, 0, 6, 3), flat(1, 1, 1, -1), flat(4, -1, 4, 1),
+                          flat(2, 1, 2, -1)};
   std::vector<Crossing> crossings;
   const support::CapturedStream log(std::clog);
   EXPECT_EQ(FindAllCrossings(edges, crossings, false), 1);
@@ -83,7 +83,7 @@ TEST(FindAllCrossings, ProblemPairEndsTheSearchAndKeepsWhatWasFound) {
 }
 
 TEST(FindAllCrossings, AtEqualHeightsTheLaterEdgeIsOver) {
-  std::vector<Edge> edges{level_edge(0, 0, 4, 0), level_edge(4, 0, 2, 3), level_edge(2, 3, 2, -3)};
+  std::vector<Edge> edges{flat(0, 0, 4, 0), flat(4, 0, 2, 3), flat(2, 3, 2, -3)};
   std::vector<Crossing> crossings;
   EXPECT_EQ(FindAllCrossings(edges, crossings, false), 0);
   ASSERT_EQ(crossings.size(), 1U);
@@ -92,8 +92,8 @@ TEST(FindAllCrossings, AtEqualHeightsTheLaterEdgeIsOver) {
 }
 
 TEST(FindAllCrossings, ListsAreSortedAlongTheEdge) {
-  std::vector<Edge> edges{level_edge(0, 0, 10, 0), level_edge(10, 0, 7, 3), level_edge(7, 3, 7, -3),
-                          level_edge(7, -3, 2, -3), level_edge(2, -3, 2, 3)};
+  std::vector<Edge> edges{flat(0, 0, 10, 0), flat(10, 0, 7, 3), flat(7, 3, 7, -3),
+                          flat(7, -3, 2, -3), flat(2, -3, 2, 3)};
   std::vector<Crossing> crossings;
   EXPECT_EQ(FindAllCrossings(edges, crossings, false), 0);
   ASSERT_EQ(edges[0].crossings.size(), 2U);

@@ -1,23 +1,20 @@
-// The fast forms against the plain ones, bit for bit. The quick suite takes 5,000 inputs each;
-// KORVEX_LONG_TESTS in the environment makes it 100,000.
+// The fast forms against the plain ones, bit for bit.
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <bit>
 #include <cmath>
-#include <cstdlib>
 #include <limits>
 
 #include "preprocess.h"
 #include "reference/preprocess.hpp"
+#include "support/bits.hpp"
 #include "support/chains.hpp"
+#include "support/effort.hpp"
 
 namespace {
 
 using support::Chain;
 using support::Random;
-
-int inputs() { return std::getenv("KORVEX_LONG_TESTS") != nullptr ? 100'000 : 5'000; }
 
 Chain grid_points(Random& random, int count, int size) {
   Chain chain;
@@ -81,25 +78,10 @@ Chain any_chain(std::uint64_t seed) {
   }
 }
 
-bool same_bits(double a, double b) {  // the sign of what is not a number is free
-  if (std::isnan(a) || std::isnan(b)) return std::isnan(a) && std::isnan(b);
-  return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b);
-}
-
-bool same_bits(const Edge& a, const Edge& b) {
-  return same_bits(a.x1, b.x1) && same_bits(a.y1, b.y1) && same_bits(a.z1, b.z1) &&
-         same_bits(a.x2, b.x2) && same_bits(a.y2, b.y2) && same_bits(a.z2, b.z2) &&
-         a.tag == b.tag && a.crossings.empty() && b.crossings.empty();
-}
-
-bool same_bits(const ChainAtom& a, const ChainAtom& b) {
-  return same_bits(a.x, b.x) && same_bits(a.y, b.y) && same_bits(a.z, b.z) && a.id == b.id;
-}
-
 template <class Item>
 bool all_same_bits(const std::vector<Item>& a, const std::vector<Item>& b) {
   return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [](const Item& p, const Item& q) { return same_bits(p, q); });
+                    [](const Item& p, const Item& q) { return support::same_bits(p, q); });
 }
 
 void expect_same_reduction(const Chain& chain, bool closed) {
@@ -110,7 +92,7 @@ void expect_same_reduction(const Chain& chain, bool closed) {
 }
 
 TEST(FastForms, ReduceAsThePlainFormDoes) {
-  for (int k = 0; k < inputs() && !HasFailure(); ++k) {
+  for (int k = 0; k < support::input_count() && !HasFailure(); ++k) {
     SCOPED_TRACE("seed " + std::to_string(k));
     expect_same_reduction(any_chain(static_cast<std::uint64_t>(k)), k % 3 != 0);
   }
@@ -139,7 +121,7 @@ TEST(FastForms, ReduceChainsWithoutFinitePlacesAsThePlainFormDoes) {
 
 TEST(FastForms, ProjectAsThePlainFormDoes) {
   const double infinity = std::numeric_limits<double>::infinity();
-  for (int k = 0; k < inputs() && !HasFailure(); ++k) {
+  for (int k = 0; k < support::input_count() && !HasFailure(); ++k) {
     SCOPED_TRACE("seed " + std::to_string(k));
     Chain chain = any_chain(static_cast<std::uint64_t>(k));
     if (k % 50 == 0 && !chain.empty()) chain.front().y = k % 100 == 0 ? infinity : -infinity;

@@ -37,4 +37,19 @@ TEST(KnownKnots, TheTableHoldsTheirPolynomials) {
   }
 }
 
+// Every knot of the table and beyond, however its ring is written down.
+TEST(KnownKnots, AreNamedHoweverTheirRingsAreWritten) {
+  for (const KnownKnot& knot : support::known_knots()) {
+    auto forms = support::reshaped(knot.ring, 11);
+    for (auto& [how, ring] : forms) {
+      ChainReduce(ring, true);
+      polynomial<int> poly;
+      double value = 0;
+      EXPECT_EQ(FindTheKnotInParticularDirection_poly(ring, poly, value, 7, 200), 1);
+      EXPECT_EQ(poly.data(), knot.coefficients) << knot.name << " " << how;
+      EXPECT_EQ(WhichKnot_OrdNr(poly), knot.ordinal) << knot.name << " " << how;
+    }
+  }
+}
+
 }  // namespace

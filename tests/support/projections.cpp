@@ -5,22 +5,13 @@
 #include <limits>
 
 #include "support/chains.hpp"
+#include "support/edges.hpp"
 
 namespace support {
 
 namespace {
 
 using Ring = std::vector<ChainAtom>;  // x and y in the plane, z the height
-
-std::vector<Edge> edges_of(const Ring& ring) {
-  std::vector<Edge> edges;
-  for (std::size_t k = 0; k < ring.size(); ++k) {
-    const ChainAtom& a = ring[k];
-    const ChainAtom& b = ring[(k + 1) % ring.size()];
-    edges.push_back({a.x, a.y, a.z, b.x, b.y, b.z, {}, 0});
-  }
-  return edges;
-}
 
 Ring walk(int atoms, double radius, Random& random) {
   Ring ring;
@@ -179,7 +170,7 @@ std::vector<Edge> random_projection(std::uint64_t seed) {
       ring = scattered(atoms, random, odd_number);
       break;
   }
-  return edges_of(ring);
+  return seen_from_above(ring);
 }
 
 }  // namespace support
