@@ -103,7 +103,8 @@ void add_classic_fingerprint(CLI::App& app, Work& work) {
   add_memory(*command, options->memory,
              "Most memory for one batch of closed sub-chains, in\n"
              "bytes or with K, M or G (powers of 1024); has no\n"
-             "effect on the answer");
+             "effect on the answer",
+             std::to_string(options->memory));
   add_verbose(*command, options->verbose);
   command->callback([&work, options] { work = [options] { return run_fingerprint(*options); }; });
 }

@@ -166,6 +166,18 @@ void add_fingerprint_options(CLI::App& command, FingerprintOptions& options) {
       ->type_name("COUNT")
       ->capture_default_str();
   add_sampling(command, options.sampling);
+  add_memory(command, options.most_memory,
+             "Most memory for the votes; a chain that needs more\nis refused", "4G");
+}
+
+// Sub-chains of a ring would need ends that a ring has not.
+void require_open(const Chain& chain) {
+  if (!chain.closed) return;
+  throw korvex::Error(
+      ErrorCode::kInvalidArgument,
+      "it is a ring (its last point repeats its first), and sub-chains are those of "
+      "an open chain: korvex knot names the ring's knot; to have it cut open there, "
+      "leave the last point out");
 }
 
 Source source_named(const std::string& name) {

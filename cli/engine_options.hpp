@@ -28,6 +28,9 @@ void add_run_options(CLI::App& command, Run& run);
 // --closure (rays or two-points), --directions, --step, --sampling.
 void add_fingerprint_options(CLI::App& command, FingerprintOptions& options);
 
+// Throws Error for a closed chain.
+void require_open(const Chain& chain);
+
 // A check that refuses all but numbers above 0 and at most 1.
 CLI::Validator share();
 

@@ -6,6 +6,7 @@
 
 #include "command.hpp"
 #include "engine_options.hpp"
+#include "korvex/error.hpp"
 #include "korvex/save.hpp"
 #include "options.hpp"
 #include "output_file.hpp"
@@ -71,12 +72,13 @@ void write(const Fingerprint& fingerprint, const Chain& chain, Format format, st
   }
 }
 
-Exit run_fingerprint(const Options& options) {
+Exit fingerprint_of_file(const Options& options) {
   refuse_to_replace(options.file, options.output);
   OutputFile output(options.output);
   const Chain chain = only_chain(options);
   for (const std::string& warning : chain.warnings) complain("warning: " + warning);
   const std::string title = title_of(chain);
+  require_open(chain);
   Run run = options.run;
   {
     Progress progress;
@@ -90,6 +92,15 @@ Exit run_fingerprint(const Options& options) {
   }
   output.publish();
   return Exit::kDone;
+}
+
+Exit run_fingerprint(const Options& options) {
+  try {
+    return fingerprint_of_file(options);
+  } catch (const korvex::Error& error) {
+    if (!error.file().empty()) throw;
+    throw Failure(Exit::kSomeInputsFailed, options.file + ": " + error.what());
+  }
 }
 
 }  // namespace

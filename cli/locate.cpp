@@ -36,6 +36,7 @@ Exit run_locate(const Options& options) {
   const char* separator = "";
   write_location_head(options.format, std::cout);
   const Exit exit = for_each_chain(options.files, options.read, [&](const Chain& chain) {
+    require_open(chain);
     const std::string title = title_of(chain);
     Run run = options.run;
     Location location;

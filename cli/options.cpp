@@ -4,8 +4,6 @@
 #include <limits>
 
 namespace korvex::cli {
-namespace {
-
 std::optional<unsigned long long> parsed_size(const std::string& text) {
   unsigned long long value = 0;
   const char* end = text.data() + text.size();
@@ -17,8 +15,6 @@ std::optional<unsigned long long> parsed_size(const std::string& text) {
   if (error != std::errc() || !suffix_known || !fits) return std::nullopt;
   return value << shift;
 }
-
-}  // namespace
 
 CLI::Validator within(long long least, long long most) {
   return {[least, most](const std::string& text) {
@@ -32,19 +28,6 @@ CLI::Validator within(long long least, long long most) {
                    std::to_string(most);
           },
           ""};
-}
-
-CLI::Option* add_memory(CLI::App& command, unsigned long long& bytes,
-                        const std::string& description) {
-  const auto assign = [&bytes](const std::string& text) { bytes = *parsed_size(text); };
-  const auto refuse = [](const std::string& text) {
-    return parsed_size(text) ? std::string()
-                             : "'" + text + "' is not a size such as 500000000, 500M or 2G";
-  };
-  return command.add_option_function<std::string>("--memory", assign, description)
-      ->check(refuse, "")
-      ->type_name("SIZE")
-      ->default_str(std::to_string(bytes));
 }
 
 CLI::Option* add_trials(CLI::App& command, int& trials, const std::string& description) {

@@ -36,10 +36,23 @@ CLI::Option* add_choice(CLI::App& command, const std::string& option, Value& val
 // A check that refuses whole numbers outside `least` to `most`.
 CLI::Validator within(long long least, long long most);
 
-// An amount of memory: a whole number of bytes, or of the powers of 1024 that the suffixes K, M and
-// G stand for.
-CLI::Option* add_memory(CLI::App& command, unsigned long long& bytes,
-                        const std::string& description);
+// Bytes: a whole number of them, or of the powers of 1024 that the suffixes K, M and G stand for.
+std::optional<unsigned long long> parsed_size(const std::string& text);
+
+// --memory, an amount of it.
+template <typename Bytes>
+CLI::Option* add_memory(CLI::App& command, Bytes& bytes, const std::string& description,
+                        const std::string& shown_default) {
+  const auto assign = [&bytes](const std::string& text) { bytes = *parsed_size(text); };
+  const auto refuse = [](const std::string& text) {
+    return parsed_size(text) ? std::string()
+                             : "'" + text + "' is not a size such as 500000000, 500M or 2G";
+  };
+  return command.add_option_function<std::string>("--memory", assign, description)
+      ->check(refuse, "")
+      ->type_name("SIZE")
+      ->default_str(shown_default);
+}
 
 CLI::Option* add_trials(CLI::App& command, int& trials, const std::string& description);
 CLI::Option* add_seed(CLI::App& command, std::optional<unsigned>& seed);

@@ -28,6 +28,9 @@ struct FingerprintOptions {
   // Decide every sub-chain for itself in every direction. The answer is the same; it takes
   // hundreds of times longer and is there to check the fast way.
   bool every_sub_chain = false;
+  // Bytes that the votes may take; a chain that needs more is refused with an Error
+  // (kInvalidArgument) that says so, before it does. A larger step needs less.
+  std::size_t most_memory = std::size_t{4} << 30;
 };
 
 // The votes of all sub-chains that begin and end at stations: residues 0, step, 2 step, ... and the
@@ -65,9 +68,11 @@ class KORVEX_API Fingerprint {
 };
 
 // Fingerprint of `chain`, points in order along the backbone. Throws Error(kInvalidArgument) for
-// coordinates that are no numbers and for options out of range, Error(kCancelled) when stopped. The
-// answer depends on chain, options and run.seed alone. For n stations a direction takes about n^2
-// steps on compact chains; memory grows with the sub-chains that are knotted.
+// coordinates that are no numbers, for options out of range and for votes that need more than
+// most_memory, Error(kCancelled) when stopped. The answer depends on chain, options and run.seed
+// alone. For n stations a direction takes about n^2 steps on compact chains. For each type memory
+// grows with the sub-chains so knotted, up to 4 bytes for each in each thread: of proteins it takes
+// a few MiB, of phantom chains of thousands of points, which form thousands of types, it takes GiB.
 KORVEX_API Fingerprint fingerprint(std::span<const Point> chain,
                                    const FingerprintOptions& options = {}, const Run& run = {});
 

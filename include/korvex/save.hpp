@@ -2,7 +2,8 @@
 //
 // Residues go by the labels of their chain: number, then insertion code. Where no residues are
 // given they are counted from 1. Every function writes text (or bytes) to the stream and leaves its
-// state to the caller; none throws but what the stream throws.
+// state to the caller; none throws but what the stream throws, and write_npz
+// Error(kInvalidArgument) where the archive would be larger than 4 GiB.
 #pragma once
 
 #include <iosfwd>
@@ -21,14 +22,16 @@ KORVEX_API std::string residue_label(std::span<const Residue> residues, std::siz
 
 // A NumPy .npz archive, deflated, of these arrays, n being the stations and m the knotted
 // (sub-chain, type) pairs with votes:
-//   stations   int32 (n)     index of each station's residue in the chain, 0-based
-//   labels     unicode (n)   label of each station's residue
-//   types      unicode       names of the knot types; the first is the unknot's
-//   trials     int64 ()      votes cast for each sub-chain
-//   dominant   int32 (n, n)  number of the type with most votes, [begin, end]; -1 where begin >=
-//   end share      float32 (n, n)  its share of the votes; 0 where begin >= end begin, end, type
-//   int32 (m)  stations of the sub-chain and number of a type but the unknot's count      uint32
-//   (m)    votes for it; all other votes of a sub-chain are the unknot's
+// - stations: int32 (n), index of each station's residue in the chain, 0-based
+// - labels: unicode (n), label of each station's residue
+// - types: unicode, names of the knot types; the first is the unknot's
+// - trials: int64 (), votes cast for each sub-chain
+// - dominant: int32 (n, n), number of the type with most votes, [begin, end]; -1 where begin >= end
+// - share: float32 (n, n), share of the votes for that type; 0 where begin >= end
+// - begin, end, type: int32 (m), numbers of the stations of a sub-chain and of a type but the
+//   unknot's
+// - count: uint32 (m), votes for it; all other votes of a sub-chain are the unknot's
+//
 // The same fingerprint gives the same bytes.
 KORVEX_API void write_npz(const Fingerprint& fingerprint, std::span<const Residue> residues,
                           std::ostream& out);

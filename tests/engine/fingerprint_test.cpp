@@ -214,6 +214,32 @@ TEST(Fingerprint, OfTheReversedChainIsReversed) {
         ASSERT_EQ(forth.count(type, begin, end), back.count(type, last - end, last - begin));
 }
 
+TEST(Fingerprint, RefusesAChainWhoseVotesNeedTooMuchMemory) {
+  const auto chain = compact_walk(3, 80);
+  for (const unsigned threads : {1u, 2u}) {
+    try {
+      computed(chain, {.most_memory = 100'000}, {.threads = threads});
+      FAIL() << "nothing was thrown";
+    } catch (const Error& error) {
+      EXPECT_EQ(error.code(), ErrorCode::kInvalidArgument);
+      EXPECT_NE(std::string(error.what()).find("choose a larger step"), std::string::npos);
+    }
+  }
+  EXPECT_GT(computed(chain, {.most_memory = 100'000'000}).types().size(), 1u);
+}
+
+TEST(TypeCounts, KnowTheirMemoryAndTheirSums) {
+  TypeCounts counts(200);
+  EXPECT_EQ(counts.bytes(), 0u);
+  counts.add(2, {0, 70}, {100, 199});
+  counts.add(1, {5, 5}, {150, 150});
+  EXPECT_GT(counts.bytes(), 4 * sizeof(std::uint32_t) * 64 * 64);
+  counts.sum_up();
+  EXPECT_EQ(counts.count(0, 5, 150), 2u);
+  EXPECT_EQ(counts.count(0, 70, 199), 1u);
+  EXPECT_EQ(counts.count(0, 71, 199), 0u);
+}
+
 TEST(Fingerprint, RefusesOptionsOutOfRange) {
   const auto chain = random_walk(1, 10);
   EXPECT_THROW(computed(chain, {.directions = 0}), Error);

@@ -30,6 +30,7 @@ Fingerprint made(std::vector<std::string> types, const std::vector<Votes>& votes
   for (std::int32_t k = 0; k < 20; ++k) data->stations.push_back(k);
   for (const Votes& some : votes)
     for (int k = 0; k < some.count; ++k) data->counts.add(some.type, some.begins, some.ends);
+  data->counts.sum_up();
   return Fingerprint(std::move(data));
 }
 

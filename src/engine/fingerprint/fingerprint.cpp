@@ -1,7 +1,9 @@
 #include "korvex/fingerprint.hpp"
 
 #include <algorithm>
+#include <atomic>
 #include <numeric>
+#include <string>
 #include <utility>
 
 #include "engine/diagram/projection.hpp"
@@ -15,18 +17,48 @@ namespace {
 
 constexpr std::size_t kMostDirections = 1'000'000;
 
+// The memory that the votes of all workers take together.
+class Budget {
+ public:
+  explicit Budget(std::size_t most) : most_(most) {}
+
+  void take(std::size_t bytes) {
+    if (taken_.fetch_add(bytes, std::memory_order_relaxed) + bytes > most_) refuse();
+  }
+
+ private:
+  [[noreturn]] void refuse() const {
+    const std::string amount =
+        most_ >> 20 > 0 ? std::to_string(most_ >> 20) + " MiB" : std::to_string(most_) + " bytes";
+    throw Error(ErrorCode::kInvalidArgument,
+                "the votes of the sub-chains need more than " + amount +
+                    " of memory: choose a larger step, fewer directions, or allow more memory");
+  }
+
+  const std::size_t most_;
+  std::atomic<std::size_t> taken_ = 0;
+};
+
 // One worker's share of the votes.
 struct Worker {
-  Worker(std::span<const std::int32_t> stations, CodeTypes& shared, std::stop_token stop)
-      : classes(stations, std::move(stop)), types(shared), counts(stations.size()) {}
+  Worker(std::span<const std::int32_t> stations, CodeTypes& shared, Budget& of_all,
+         std::stop_token stop)
+      : classes(stations, std::move(stop)),
+        types(shared),
+        counts(stations.size()),
+        budget(of_all) {}
 
   void count(Stations begins, Stations ends, std::int32_t type) {
-    if (type != kUnknotNumber) counts.add(type, begins, ends);
+    if (type == kUnknotNumber) return;
+    const std::size_t before = counts.bytes();
+    counts.add(type, begins, ends);
+    if (counts.bytes() != before) budget.take(counts.bytes() - before);
   }
 
   SubChainClasses classes;
   WorkerCodeTypes types;
   TypeCounts counts;
+  Budget& budget;
 };
 
 class Computation {
@@ -40,10 +72,11 @@ class Computation {
   }
 
   Fingerprint compute() {
+    Budget budget(options_.most_memory);
     std::vector<Worker> workers;
     const unsigned count = worker_count(run_, ends_.size());
     workers.reserve(count);
-    for (unsigned k = 0; k < count; ++k) workers.emplace_back(stations_, types_, run_.stop);
+    for (unsigned k = 0; k < count; ++k) workers.emplace_back(stations_, types_, budget, run_.stop);
     for_each_piece(run_, ends_.size(), [&](std::size_t trial, unsigned worker) {
       vote(ends_[trial], workers[worker]);
     });
@@ -111,15 +144,13 @@ class Computation {
   }
 
   // Types in the order of their counts, so that it does not matter which worker found which first.
-  Fingerprint collected(const std::vector<Worker>& workers) {
+  Fingerprint collected(std::vector<Worker>& workers) {
     const std::vector<std::string>& names = types_.names();
-    std::vector<std::int32_t> same(names.size());
-    std::iota(same.begin(), same.end(), 0);
-    TypeCounts all(stations_.size());
-    for (const Worker& worker : workers) all.add(worker.counts, same);
     std::vector<std::uint64_t> totals(names.size());
-    for (std::size_t type = 0; type < names.size(); ++type) totals[type] = all.total(type);
-    std::vector<std::int32_t> order = same;
+    for (std::size_t type = 0; type < names.size(); ++type)
+      for (const Worker& worker : workers) totals[type] += worker.counts.total(type);
+    std::vector<std::int32_t> order(names.size());
+    std::iota(order.begin(), order.end(), 0);
     std::sort(order.begin() + 1, order.end(), [&](std::int32_t a, std::int32_t b) {
       const auto x = static_cast<std::size_t>(a);
       const auto y = static_cast<std::size_t>(b);
@@ -134,7 +165,11 @@ class Computation {
       data->types.push_back(names[type]);
     }
     data->counts = TypeCounts(data->stations.size());
-    data->counts.add(all, renamed);
+    for (Worker& worker : workers) {
+      data->counts.add(worker.counts, renamed);
+      worker.counts = TypeCounts(0);
+    }
+    data->counts.sum_up();
     return Fingerprint(std::move(data));
   }
 
@@ -160,10 +195,7 @@ const FingerprintOptions& Fingerprint::options() const { return data_->options; 
 
 std::uint32_t Fingerprint::count(std::size_t type, std::size_t begin, std::size_t end) const {
   if (type != 0) return data_->counts.count(type, begin, end);
-  auto unknots = static_cast<std::uint32_t>(trials());
-  for (std::size_t other = 1; other < types().size(); ++other)
-    unknots -= data_->counts.count(other, begin, end);
-  return unknots;
+  return static_cast<std::uint32_t>(trials()) - data_->counts.count(0, begin, end);
 }
 
 double Fingerprint::share(std::size_t type, std::size_t begin, std::size_t end) const {
@@ -172,6 +204,7 @@ double Fingerprint::share(std::size_t type, std::size_t begin, std::size_t end) 
 
 Fingerprint::Vote Fingerprint::dominant(std::size_t begin, std::size_t end) const {
   Vote best{0, count(0, begin, end)};
+  if (best.count == trials()) return best;
   for (std::size_t type = 1; type < types().size(); ++type)
     if (const std::uint32_t votes = count(type, begin, end); votes > best.count)
       best = {type, votes};

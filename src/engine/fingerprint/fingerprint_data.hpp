@@ -15,7 +15,7 @@ struct Fingerprint::Data {
   FingerprintOptions options;
   std::vector<std::int32_t> stations;
   std::vector<std::string> types;
-  TypeCounts counts;  // of all types but the first
+  TypeCounts counts;  // by type; summed up, so that those of all knots stand in the unknot's place
 };
 
 // As the public function, with another identification of reduced diagrams.

@@ -29,8 +29,14 @@ class TypeCounts {
     return tile ? (*tile)[begin % kTile * kTile + end % kTile] : 0;
   }
 
+  // Puts the sums of types 1, 2, ... under type 0.
+  void sum_up();
+
   // Of all sub-chains together.
   std::uint64_t total(std::size_t type) const;
+
+  // Of memory that the counts take.
+  std::size_t bytes() const { return bytes_; }
 
  private:
   static constexpr std::size_t kTile = 64;
@@ -38,9 +44,11 @@ class TypeCounts {
   using Tiles = std::vector<std::unique_ptr<Tile>>;
 
   Tiles& tiles_of(std::size_t type);
+  Tile& existing(std::unique_ptr<Tile>& tile);
 
   std::size_t side_;          // tiles along one side of the square of sub-chains
   std::vector<Tiles> tiles_;  // by type, then row by row
+  std::size_t bytes_ = 0;
 };
 
 }  // namespace korvex

@@ -65,22 +65,24 @@ void write_tsv(const Fingerprint& fingerprint, std::span<const Residue> residues
 
 void write_json(const Fingerprint& fingerprint, std::span<const Residue> residues,
                 std::ostream& out) {
-  nlohmann::ordered_json json;
-  json["stations"] = fingerprint.stations();
-  auto& labels = json["labels"] = nlohmann::ordered_json::array();
+  using Json = nlohmann::ordered_json;
+  Json labels = Json::array();
   for (std::size_t k = 0; k < fingerprint.stations().size(); ++k)
     labels.push_back(label_of(fingerprint, residues, k));
-  json["types"] = fingerprint.types();
-  json["trials"] = fingerprint.trials();
-  auto& rows = json["sub_chains"] = nlohmann::ordered_json::array();
+  out << "{\"stations\":" << Json(fingerprint.stations()) << ",\"labels\":" << labels
+      << ",\"types\":" << Json(fingerprint.types()) << ",\"trials\":" << fingerprint.trials()
+      << ",\"sub_chains\":[";
+  // Row by row: there may be millions.
+  const char* comma = "";
   for_each_knotted(fingerprint, [&](std::size_t begin, std::size_t end) {
-    auto votes = nlohmann::ordered_json::array();
+    Json votes = Json::array();
     for (std::size_t type = 0; type < fingerprint.types().size(); ++type)
       if (const std::uint32_t count = fingerprint.count(type, begin, end); count > 0)
         votes.push_back({type, count});
-    rows.push_back({begin, end, std::move(votes)});
+    out << comma << '[' << begin << ',' << end << ',' << votes << ']';
+    comma = ",";
   });
-  out << json.dump() << '\n';
+  out << "]}\n";
 }
 
 void write_matrix(const Fingerprint& fingerprint, std::span<const Residue> residues,

@@ -5,7 +5,8 @@
 #include <limits>
 #include <new>
 #include <ostream>
-#include <stdexcept>
+
+#include "korvex/error.hpp"
 
 namespace korvex {
 namespace {
@@ -21,7 +22,9 @@ void put(std::string& bytes, std::uint32_t value, int size) {
 
 std::uint32_t checked_size(std::uint64_t size) {
   if (size >= std::numeric_limits<std::uint32_t>::max())
-    throw std::length_error("the archive would be larger than 4 GiB");
+    throw Error(ErrorCode::kInvalidArgument,
+                "a NumPy archive of so many sub-chains would be larger than the 4 GiB that its "
+                "format holds: choose a larger step, or TSV");
   return static_cast<std::uint32_t>(size);
 }
 

@@ -16,7 +16,7 @@ class ZipArchive {
   // `out` must outlive the archive.
   explicit ZipArchive(std::ostream& out) : out_(out) {}
 
-  // Throws std::length_error for 4 GiB and more, which the format cannot hold.
+  // Throws Error(kInvalidArgument) for 4 GiB and more, which the format cannot hold.
   void add(std::string_view name, std::string_view content);
   // Writes the directory; to be called once, at the end.
   void finish();

@@ -1,6 +1,5 @@
 #include "engine/identify/code_types.hpp"
 
-#include <algorithm>
 #include <cstring>
 #include <utility>
 
@@ -18,13 +17,23 @@ void write_key(const GaussCode& code, std::string& key) {
   }
 }
 
+// Empties what is known by code when another one would be too many. `bytes` is what the codes take.
+template <typename Known>
+void make_room(Known& known, std::size_t& bytes, const std::string& key) {
+  constexpr std::size_t kMostBytes = std::size_t{64} << 20;
+  constexpr std::size_t kOverhead = 80;  // about that of an entry beside its code
+  bytes += key.size() + kOverhead;
+  if (bytes <= kMostBytes) return;
+  known.clear();
+  bytes = key.size() + kOverhead;
+}
+
 }  // namespace
 
 std::int32_t CodeTypes::number_named(const std::string& name) {
-  const auto found = std::find(names_.begin(), names_.end(), name);
-  const auto number = static_cast<std::int32_t>(found - names_.begin());
-  if (found == names_.end()) names_.push_back(name);
-  return number;
+  const auto [known, is_new] = numbers_.try_emplace(name, static_cast<std::int32_t>(names_.size()));
+  if (is_new) names_.push_back(name);
+  return known->second;
 }
 
 CodeType CodeTypes::type_of(const GaussCode& closed) {
@@ -40,6 +49,7 @@ CodeType CodeTypes::type_of(const GaussCode& closed) {
   const IdentifiedName identified = identify_(closed);
   const std::lock_guard lock(mutex_);
   const CodeType type{number_named(identified.name), crossings, identified.proven};
+  make_room(types_, bytes_, key);
   return types_.try_emplace(std::move(key), type).first->second;
 }
 
@@ -49,6 +59,7 @@ CodeType WorkerCodeTypes::of_open(const GaussCode& reduced) {
   write_key(reduced, key_);
   if (const auto found = types_.find(key_); found != types_.end()) return found->second;
   const CodeType type = of_closed(closed_over(reduced));
+  make_room(types_, bytes_, key_);
   types_.emplace(key_, type);
   return type;
 }

@@ -2,7 +2,8 @@
 //
 // Diagrams of one chain's sub-chains and closures repeat: a reduced code is looked up first among
 // those of this worker, then, once pass moves have brought it to its fewest crossings, among those
-// of all workers. What is left is handed to the identification.
+// of all workers. What is left is handed to the identification. Either memory is emptied when it
+// is full, so that long chains, whose diagrams hardly repeat, do not fill the machine's.
 #pragma once
 
 #include <cstddef>
@@ -51,7 +52,9 @@ class CodeTypes {
 
   const Identification identify_;
   std::mutex mutex_;
-  std::unordered_map<std::string, CodeType> types_;  // by code
+  std::unordered_map<std::string, CodeType> types_;                                // by code
+  std::size_t bytes_ = 0;                                                          // of those codes
+  std::unordered_map<std::string, std::int32_t> numbers_{{"0_1", kUnknotNumber}};  // by name
   std::vector<std::string> names_;
 };
 
@@ -71,6 +74,7 @@ class WorkerCodeTypes {
   PassMoves pass_moves_;
   std::string key_;
   std::unordered_map<std::string, CodeType> types_;  // by open code
+  std::size_t bytes_ = 0;                            // of those codes
 };
 
 }  // namespace korvex
