@@ -90,7 +90,8 @@ TEST(Diagram, TurnsDegenerateViewsAndRefusesBadPoints) {
   EXPECT_EQ(Diagram::of_polygon(std::vector<Point>(5, Point{1, 1, 1}), {0, 0, 1}).crossings(), 0U);
   EXPECT_THROW(Diagram::of_polygon(square, {0, 0, 0}), Error);
   const double nan = std::numeric_limits<double>::quiet_NaN();
-  EXPECT_THROW(Diagram::of_polygon(square, {nan, 0, 0}), Error);
+  for (const Point& direction : {Point{nan, 0, 0}, {1, nan, 0}, {1, 2, nan}, {1, 2, HUGE_VAL}})
+    EXPECT_THROW(Diagram::of_polygon(square, direction), Error);
   EXPECT_THROW(Diagram::of_polygon(std::vector<Point>{{0, 0, nan}, {1, 0, 0}}, {0, 0, 1}), Error);
 }
 

@@ -15,7 +15,9 @@ namespace {
 Point unit(const Point& direction) {
   const double largest =
       std::max({std::abs(direction.x), std::abs(direction.y), std::abs(direction.z)});
-  if (!(largest > 0 && std::isfinite(largest)))
+  const bool numbers =
+      std::isfinite(direction.x) && std::isfinite(direction.y) && std::isfinite(direction.z);
+  if (!(numbers && largest > 0))
     throw Error(ErrorCode::kInvalidArgument,
                 "the direction of view must be a finite vector other than 0");
   const Point scaled = (1 / largest) * direction;
