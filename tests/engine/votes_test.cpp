@@ -52,6 +52,22 @@ std::vector<Point> trefoil_on_a_string() {
   return chain;
 }
 
+// Its last point lies on a segment before it, or its end is many times the same point.
+TEST(Vote, LeadsEndsAwayFromWhereTheChainPassesThroughThem) {
+  auto chain = compact_walk(3, 12);
+  chain.push_back(0.5 * (chain[4] + chain[5]));
+  auto repeated = compact_walk(4, 15);
+  repeated.insert(repeated.end(), 19, Point{0.2, 0.2, 0.2});
+  repeated.push_back({0.2, 0.2, 0.1});
+  repeated.insert(repeated.end(), 3, Point{0.2, 0.2, 0.2});
+  for (const auto& points : {chain, repeated}) {
+    for (const Closure closure : {Closure::kTwoPoints, Closure::kOut}) {
+      const VoteOptions options{.closure = closure};
+      EXPECT_EQ(votes_of(points, options).trials, is_sampled(closure) ? 100U : 1U);
+    }
+  }
+}
+
 TEST(Vote, CountsTheVotesThatAreProven) {
   const auto chain = trefoil_on_a_string();
   for (const TypeVotes& type : vote(chain).types) EXPECT_EQ(type.proven, type.count) << type.type;

@@ -10,6 +10,9 @@
 namespace korvex {
 namespace {
 
+// By how much the points of a chain that touches itself are moved, in parts of its extent.
+constexpr std::array kShakes{1e-9, 1e-9, 1e-8, 1e-7, 1e-6, 1e-5, 1e-4, 1e-4};
+
 // Moved by `part` of the extent, each point in a direction of its own.
 std::vector<Point> shaken(std::span<const Point> chain, double part, unsigned attempt) {
   double extent = 0;
@@ -44,7 +47,6 @@ GeneralView general_view(std::span<const Point> chain, const Point& direction, C
                          const Run& run) {
   require_usable(chain);
   constexpr unsigned kTurns = 4;
-  constexpr std::array kShakes{1e-9, 1e-9, 1e-8, 1e-7, 1e-6, 1e-5, 1e-4, 1e-4};
   GeneralView view{
       {chain.begin(), chain.end()}, direction, Projection(chain, direction, curve, run)};
   for (unsigned attempt = 0; view.projection.degenerate(); ++attempt) {
@@ -56,15 +58,31 @@ GeneralView general_view(std::span<const Point> chain, const Point& direction, C
   return view;
 }
 
-GaussCode general_code_led_away(const Projection& projection, std::int32_t vertex,
-                                const Point& onward) {
-  constexpr unsigned kTurns = 20;
-  auto code = projection.code_led_away(vertex, onward);
-  for (unsigned attempt = 0; !code; ++attempt) {
-    if (attempt == kTurns) refuse();
-    code = projection.code_led_away(vertex, nudged(onward, attempt));
+LedAway led_away(std::span<const Point> chain, const GeneralView& view, std::int32_t vertex,
+                 const Point& onward) {
+  constexpr unsigned kTurns = 6;
+  const auto led = [&](const Projection& projection) -> std::optional<LedAway> {
+    if (auto code = projection.code_led_away(vertex, onward))
+      return LedAway{*std::move(code), onward, {}};
+    for (unsigned attempt = 0; attempt < kTurns; ++attempt) {
+      const Point turned = nudged(onward, attempt);
+      if (auto code = projection.code_led_away(vertex, turned))
+        return LedAway{*std::move(code), turned, {}};
+    }
+    return std::nullopt;
+  };
+  if (auto away = led(view.projection)) return *std::move(away);
+  for (unsigned attempt = 0; attempt < kShakes.size(); ++attempt) {
+    // Other moves than those of general_view(), which may have led to where this began.
+    std::vector<Point> moved = shaken(chain, kShakes[attempt], attempt + 100);
+    Projection projection(moved, view.direction);
+    if (projection.degenerate()) continue;
+    auto away = led(projection);
+    if (!away) continue;
+    away->view.emplace(GeneralView{std::move(moved), view.direction, std::move(projection)});
+    return *std::move(away);
   }
-  return *std::move(code);
+  refuse();
 }
 
 }  // namespace korvex

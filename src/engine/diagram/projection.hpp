@@ -119,9 +119,18 @@ struct GeneralView {
 GeneralView general_view(std::span<const Point> chain, const Point& direction,
                          Curve curve = Curve::kOpen, const Run& run = {});
 
-// The code of the projected chain cut at `vertex` and led away in direction `onward`, which is
-// turned by about 1e-5 rad where it is seen degenerately.
-GaussCode general_code_led_away(const Projection& projection, std::int32_t vertex,
-                                const Point& onward);
+// The code of a chain cut at a vertex and led away from there, and how it came about.
+struct LedAway {
+  GaussCode code;
+  Point onward;                     // the direction taken
+  std::optional<GeneralView> view;  // set where another view than the given one had to be taken
+};
+
+// Leads `view`, a general view of `chain`, away from `vertex` in direction `onward`. Where that is
+// seen degenerately `onward` is turned by about 1e-5 rad, and where that does not help (the chain
+// passes through the vertex) the points are moved as general_view() does. Throws
+// Error(kInvalidArgument) where nothing helps.
+LedAway led_away(std::span<const Point> chain, const GeneralView& view, std::int32_t vertex,
+                 const Point& onward);
 
 }  // namespace korvex

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <atomic>
 #include <numeric>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -120,23 +121,27 @@ class Computation {
       worker.count(begins, last, worker.types.of_open(code).number);
     };
     for (std::size_t end = 1; end < stations_.size(); ++end)
-      worker.classes.visit_column(general_code_led_away(view.projection, stations_[end], ends.last),
+      worker.classes.visit_column(led_away(chain_, view, stations_[end], ends.last).code,
                                   static_cast<std::int32_t>(end), count);
   }
 
   void vote_one_by_one(const GeneralView& view, const Ends& ends, Worker& worker) const {
-    for (std::int32_t begin = 0; begin < station_count(); ++begin) {
-      for (std::int32_t end = begin + 1; end < station_count(); ++end) {
+    for (std::int32_t end = 1; end < station_count(); ++end) {
+      // What closes the sub-chains is the same for all that have this end.
+      std::optional<LedAway> away;
+      if (options_.closure != Closure::kRays)
+        away = led_away(chain_, view, residue(end), ends.last);
+      const std::vector<Point>& chain = away && away->view ? away->view->chain : view.chain;
+      for (std::int32_t begin = 0; begin < end; ++begin) {
         throw_if_cancelled(run_);
         const std::int32_t from = residue(begin);
         const std::int32_t length = residue(end) - from;
-        const Projection projection(
-            std::span(view.chain)
-                .subspan(static_cast<std::size_t>(from), static_cast<std::size_t>(length) + 1),
-            view.direction);
-        const GaussCode code = options_.closure == Closure::kRays
-                                   ? projection.code()
-                                   : general_code_led_away(projection, length, ends.last);
+        const std::span<const Point> part = std::span(chain).subspan(
+            static_cast<std::size_t>(from), static_cast<std::size_t>(length) + 1);
+        const GeneralView own{
+            {part.begin(), part.end()}, view.direction, Projection(part, view.direction)};
+        const GaussCode code =
+            away ? led_away(part, own, length, away->onward).code : own.projection.code();
         const std::int32_t type = worker.types.of_closed(closed_over(code)).number;
         worker.count({begin, begin}, {end, end}, type);
       }

@@ -166,9 +166,8 @@ class Voting {
     if (chain.empty()) return {};
     const GeneralView view = general_view(chain, ends.first);
     const auto last = static_cast<std::int32_t>(chain.size()) - 1;
-    GaussCode code = ends.first == ends.last
-                         ? view.projection.code()
-                         : general_code_led_away(view.projection, last, ends.last);
+    GaussCode code = ends.first == ends.last ? view.projection.code()
+                                             : led_away(chain, view, last, ends.last).code;
     worker.reduction.reduce(code);
     return worker.types.of_open(code);
   }
