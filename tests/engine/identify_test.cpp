@@ -123,6 +123,19 @@ TEST(Identify, NamesSumsBeyondTheCatalogueByTheirSummands) {
   EXPECT_EQ(identify(pretzel.connected_sum(b)).name, "+5_2#?1");
 }
 
+// In one of the two diagrams one factor shows and the other two do not come apart.
+TEST(Identify, NamesASumTheSameWhetherOrNotItsDiagramShowsIt) {
+  const std::vector<int> word{-4, -2, -2, 1, 4, 2, -1, -1, -4, -4, -4, -4, 3, 2, -1, -2, 1, 4};
+  const Diagram diagram = Diagram::of_gauss_code(support::closed_braid(5, word));
+  for (const Diagram& same : {diagram, diagram.reversed()}) {
+    const KnotIdentity identity = identify(same);
+    EXPECT_EQ(identity.name, "+3_1#-3_1#-5_1");
+    EXPECT_EQ(identity.summands.size(), 3U);
+    EXPECT_EQ(identity.crossings, same.simplified().crossings());
+    EXPECT_EQ(identify(same, Detail::kType).name, "3_1#3_1#5_1");
+  }
+}
+
 TEST(Identify, TellsPrimeFromCompositeWhereHomflyDoesNot) {
   const KnotType& prime = *find_knot_type("+9_12");
   const KnotType& composite = *find_knot_type("4_1#+5_2");

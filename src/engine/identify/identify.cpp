@@ -5,6 +5,7 @@
 #include <iterator>
 #include <mutex>
 #include <shared_mutex>
+#include <sstream>
 #include <string_view>
 #include <unordered_map>
 #include <utility>
@@ -184,29 +185,56 @@ void add_part(KnotIdentity& whole, const KnotIdentity& part) {
   whole.proven = whole.proven && part.proven;
 }
 
-KnotIdentity sum_of(std::vector<KnotIdentity> summands, Detail detail) {
+// The factors of a part that is composite though its diagram does not show it; else the part.
+std::vector<KnotIdentity> factors_of(KnotIdentity part, Detail detail) {
+  const bool known = !part.candidates.empty() && part.name.find('|') == std::string::npos;
+  if (!known || part.name.find('#') == std::string::npos) return {std::move(part)};
+  std::vector<KnotIdentity> factors;
+  std::istringstream names(part.name);
+  for (std::string name; std::getline(names, name, '#');) {
+    KnotIdentity factor;
+    for (const KnotType& type : catalogue())
+      if ((detail == Detail::kHand ? type.name : type.plain) == name)
+        factor.candidates.push_back(&type);
+    const KnotType& type = *factor.candidates.front();
+    factor.name = std::move(name);
+    factor.crossings = static_cast<std::size_t>(type.crossings);
+    factor.evidence = part.evidence;
+    factor.proven = part.proven;
+    factor.alexander_key = alexander_key_of(type.alexander);
+    factors.push_back(std::move(factor));
+  }
+  return factors;
+}
+
+KnotIdentity sum_of(std::vector<KnotIdentity> parts, Detail detail) {
   // A part may turn out to be the unknot, or seem to be.
   KnotIdentity unknots = unknot();
-  std::erase_if(summands, [&](const KnotIdentity& part) {
+  std::erase_if(parts, [&](const KnotIdentity& part) {
     const bool nothing = part.name == unknots.name;
     if (nothing) add_part(unknots, part);
     return nothing;
   });
-  if (summands.empty()) return unknots;
-  if (summands.size() == 1) {
-    add_part(summands.front(), unknots);
-    return std::move(summands.front());
+  if (parts.empty()) return unknots;
+  if (parts.size() == 1) {
+    add_part(parts.front(), unknots);
+    return std::move(parts.front());
   }
-  std::stable_sort(summands.begin(), summands.end(), comes_before);
   KnotIdentity sum;
   sum.proven = true;
   add_part(sum, unknots);
-  for (const KnotIdentity& part : summands) {
-    const bool several = part.name.find('|') != std::string::npos;
-    if (!sum.name.empty()) sum.name += '#';
-    sum.name += several ? '(' + part.name + ')' : part.name;
-    sum.alexander_key = alexander_key_of_sum(sum.alexander_key, part.alexander_key);
+  std::vector<KnotIdentity> summands;
+  for (KnotIdentity& part : parts) {
     add_part(sum, part);
+    sum.alexander_key = alexander_key_of_sum(sum.alexander_key, part.alexander_key);
+    for (KnotIdentity& factor : factors_of(std::move(part), detail))
+      summands.push_back(std::move(factor));
+  }
+  std::stable_sort(summands.begin(), summands.end(), comes_before);
+  for (const KnotIdentity& summand : summands) {
+    const bool several = summand.name.find('|') != std::string::npos;
+    if (!sum.name.empty()) sum.name += '#';
+    sum.name += several ? '(' + summand.name + ')' : summand.name;
   }
   for (const KnotType& type : catalogue())
     if ((detail == Detail::kHand ? type.name : type.plain) == sum.name)
