@@ -14,8 +14,16 @@
 
 namespace {
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool kIsSanitized = true;  // its own memory is many times the program's
+// A sanitizer's own memory is many times the program's.
+#if defined(__has_feature)
+#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
+#define SANITIZED
+#endif
+#elif defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#define SANITIZED
+#endif
+#if defined(SANITIZED)
+constexpr bool kIsSanitized = true;
 #else
 constexpr bool kIsSanitized = false;
 #endif
