@@ -24,10 +24,12 @@ struct BoundingBox {
   }
 
   bool meets(const BoundingBox& other) const {
-    bool all = true;
-    for (std::size_t d = 0; d < kDimensions; ++d)
-      all = all & (low[d] <= other.high[d]) & (other.low[d] <= high[d]);
-    return all;
+    unsigned all = 1;  // without branches
+    for (std::size_t d = 0; d < kDimensions; ++d) {
+      all &= static_cast<unsigned>(low[d] <= other.high[d]);
+      all &= static_cast<unsigned>(other.low[d] <= high[d]);
+    }
+    return all != 0;
   }
 };
 
