@@ -53,7 +53,8 @@ class KnotPrinter {
   }
 
   void finish() const {
-    if (format_ == Format::kJson) out_ << json_.dump(2) << '\n';
+    constexpr auto kReplaceBadUtf8 = nlohmann::ordered_json::error_handler_t::replace;
+    if (format_ == Format::kJson) out_ << json_.dump(2, ' ', false, kReplaceBadUtf8) << '\n';
   }
 
  private:

@@ -65,21 +65,21 @@ class Writer {
     json["factors"] = location_.factors;
     json["knots"] = Json::array();
     for (const KnotPlace& place : location_.knots) json["knots"].push_back(place_json(place));
-    out_ << json.dump(2);
+    out_ << json.dump(2, ' ', false, Json::error_handler_t::replace);
   }
 
   void pymol() const {
     out_ << "# " << title() << '\n' << "color grey80, " << pymol_chain("") << '\n';
     for (std::size_t k = 0; k < location_.knots.size(); ++k) {
       const KnotPlace& place = location_.knots[k];
-      const std::string name = "core_" + plain_name(place.type);
+      const std::string name = pymol_name("core", place.type);
       out_ << "select " << name << ", " << pymol_chain(pymol_range(place.core)) << '\n'
            << "color " << color(k) << ", " << name << '\n';
       for (const auto& undone : {place.undone_before, place.undone_after})
         if (undone)
-          out_ << "select loop_" << plain_name(place.type) << ", "
+          out_ << "select " << pymol_name("loop", place.type) << ", "
                << pymol_chain(pymol_range(undone->loop)) << '\n'
-               << "color yellow, loop_" << plain_name(place.type) << '\n';
+               << "color yellow, " << pymol_name("loop", place.type) << '\n';
     }
     out_ << "deselect\n";
   }
@@ -174,6 +174,14 @@ class Writer {
     return label(stretch.first) + "-" + label(stretch.last);
   }
   std::string chimerax_chain() const { return chain_.name.empty() ? "" : "/" + chain_.name; }
+
+  // Chains of one file may have the same knot.
+  std::string pymol_name(const std::string& part, const std::string& type) const {
+    std::string name = part;
+    for (const std::string& text : {chain_.name, type})
+      if (!text.empty()) name.append("_").append(plain_name(text));
+    return name;
+  }
 
   // Letters, digits and underscores alone.
   static std::string plain_name(const std::string& type) {
