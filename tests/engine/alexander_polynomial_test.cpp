@@ -1,14 +1,18 @@
 // Alexander polynomials by independent methods.
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
 #include <cstdint>
+#include <cstdlib>
 #include <map>
+#include <stop_token>
 #include <string>
 #include <vector>
 
 #include "engine/invariants/modular.hpp"
 #include "korvex/alexander.hpp"
+#include "korvex/error.hpp"
 #include "korvex/homfly.hpp"
 #include "support/chains.hpp"
 #include "support/diagrams.hpp"
@@ -132,22 +136,74 @@ TEST(AlexanderPolynomial, IsOneForTheUnknot) {
               std::vector<std::string>{"1"});
 }
 
-TEST(AlexanderPolynomial, OfTorusKnotsHasTheKnownForm) {
-  // (t^pq - 1)(t - 1) / ((t^p - 1)(t^q - 1)) has the coefficients of a numerical semigroup.
-  for (const auto& [p, q] : {std::pair(2, 15), {3, 10}, {4, 7}, {5, 6}, {5, 12}}) {
-    const int degree = (p - 1) * (q - 1);
-    std::vector<bool> in_semigroup(static_cast<std::size_t>(degree + 1), false);
-    for (int a = 0; a <= degree; a += p)
-      for (int b = a; b <= degree; b += q) in_semigroup[static_cast<std::size_t>(b)] = true;
-    std::vector<std::int64_t> expected;
-    for (int k = 0; k <= degree; ++k) {
-      const bool here = in_semigroup[static_cast<std::size_t>(k)];
-      const bool before = k > 0 && in_semigroup[static_cast<std::size_t>(k - 1)];
-      expected.push_back(here - before);
-    }
-    const Diagram diagram = Diagram::of_gauss_code(support::torus_knot_code(p, q));
-    EXPECT_EQ(alexander_polynomial(diagram).small_coefficients(), expected) << p << ' ' << q;
+// (t^pq - 1)(t - 1) / ((t^p - 1)(t^q - 1)) has the coefficients of a numerical semigroup.
+void expect_torus_knot(int p, int q) {
+  const int degree = (p - 1) * (q - 1);
+  std::vector<bool> in_semigroup(static_cast<std::size_t>(degree + 1), false);
+  for (int a = 0; a <= degree; a += p)
+    for (int b = a; b <= degree; b += q) in_semigroup[static_cast<std::size_t>(b)] = true;
+  std::vector<std::int64_t> expected;
+  for (int k = 0; k <= degree; ++k) {
+    const bool here = in_semigroup[static_cast<std::size_t>(k)];
+    const bool before = k > 0 && in_semigroup[static_cast<std::size_t>(k - 1)];
+    expected.push_back(here - before);
   }
+  const Diagram diagram = Diagram::of_gauss_code(support::torus_knot_code(p, q));
+  EXPECT_EQ(alexander_polynomial(diagram).small_coefficients(), expected) << p << ' ' << q;
+}
+
+TEST(AlexanderPolynomial, OfTorusKnotsHasTheKnownForm) {
+  for (const auto& [p, q] : {std::pair(2, 15), {3, 10}, {4, 7}, {5, 6}, {5, 12}})
+    expect_torus_knot(p, q);
+}
+
+TEST(AlexanderPolynomial, OfTorusKnotsOfThousandsOfCrossingsHasTheKnownForm) {
+  for (const auto& [p, q] : {std::pair(2, 3001), {3, 502}}) expect_torus_knot(p, q);
+}
+
+TEST(AlexanderPolynomial, OfPretzelKnotsOfThousandsOfCrossingsHasTheKnownForm) {
+  for (const auto& [p, q, r] : {std::array{1001, 1001, 1001}, {1001, 801, -555}, {3, 5, -2001}}) {
+    const std::int64_t form = std::int64_t{p} * q + std::int64_t{q} * r + std::int64_t{r} * p;
+    const std::int64_t sign = form < 0 ? -1 : 1;
+    const std::vector<std::int64_t> expected{sign * (form + 1) / 4, sign * (1 - form) / 2,
+                                             sign * (form + 1) / 4};
+    const auto polynomial =
+        alexander_polynomial(Diagram::of_gauss_code(support::odd_pretzel(p, q, r)));
+    EXPECT_EQ(polynomial.small_coefficients(), expected) << p << ' ' << q << ' ' << r;
+    EXPECT_EQ(polynomial.determinant(), std::to_string(std::abs(form)));
+  }
+}
+
+TEST(AlexanderPolynomial, OfAConnectedSumOfThousandsOfCrossingsIsTheProduct) {
+  const Diagram figure_eight = Diagram::of_gauss_code(support::odd_pretzel(1, 1, -3));
+  Diagram sum;
+  for (int k = 0; k < 400; ++k) sum = sum.connected_sum(figure_eight);
+  const AlexanderPolynomial polynomial = alexander_polynomial(sum);
+  for (const std::uint64_t t : {2ULL, 0xabcdef0123456ULL}) {
+    // 1 - 3t + t^2
+    const std::uint64_t one =
+        kField.add(kField.subtract(1, kField.multiply(3, t)), kField.multiply(t, t));
+    EXPECT_EQ(value_at(polynomial, t), modular::power(kField, one, 400));
+  }
+}
+
+TEST(AlexanderPolynomial, OfARandomDiagramOfManyCrossingsAgreesWithADenseDeterminant) {
+  const bool thoroughly = std::getenv("KORVEX_LONG_TESTS") != nullptr;
+  const Diagram diagram = random_diagram(thoroughly ? 190 : 130, 1).simplified();
+  EXPECT_GE(diagram.crossings(), thoroughly ? 1000U : 500U);
+  const AlexanderPolynomial polynomial = alexander_polynomial(diagram);
+  const std::uint64_t t = 0xabcdef0123456ULL;
+  const std::uint64_t value = value_at(polynomial, t);
+  const std::uint64_t dense = dense_determinant(diagram.code(), t);
+  // They agree up to a unit, sign t^k.
+  std::uint64_t quotient = kField.multiply(dense, modular::inverse(kField, value));
+  const std::uint64_t inverse_t = modular::inverse(kField, t);
+  int power = 0;
+  while (power < 3000 && quotient != 1 && quotient != kField.subtract(0, 1)) {
+    quotient = kField.multiply(quotient, inverse_t);
+    ++power;
+  }
+  EXPECT_LT(power, 3000);
 }
 
 TEST(AlexanderPolynomial, OfRandomDiagramsAgreesWithDenseDeterminants) {
@@ -172,6 +228,14 @@ TEST(AlexanderPolynomial, OfALargeDiagramHasCoefficientsBeyondSixtyFourBits) {
 
 TEST(AlexanderPolynomial, OfALargeRandomDiagramAgreesWithDenseDeterminants) {
   expect_agreement(random_diagram(60, 1).simplified());
+}
+
+TEST(AlexanderPolynomial, DoesNotDependOnTheNumberOfThreadsAndStopsWhenAsked) {
+  const Diagram diagram = random_diagram(60, 2);
+  EXPECT_EQ(alexander_polynomial(diagram, {.threads = 3}), alexander_polynomial(diagram));
+  std::stop_source source;
+  source.request_stop();
+  EXPECT_THROW(alexander_polynomial(diagram, {.stop = source.get_token()}), Error);
 }
 
 TEST(AlexanderPolynomial, AgreesWithHomflyOnRandomDiagrams) {

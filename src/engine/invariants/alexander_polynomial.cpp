@@ -12,12 +12,16 @@
 #include <string>
 #include <vector>
 
+#include "engine/diagram/code_reduction.hpp"
 #include "engine/diagram/gauss_code.hpp"
+#include "engine/diagram/pass_moves.hpp"
 #include "engine/diagram/plane_diagram.hpp"
+#include "engine/diagram/prime_parts.hpp"
 #include "engine/invariants/colouring.hpp"
 #include "engine/invariants/integer.hpp"
 #include "engine/invariants/modular.hpp"
 #include "engine/invariants/seed_elimination.hpp"
+#include "engine/run/parallel.hpp"
 #include "korvex/alexander.hpp"
 
 namespace korvex {
@@ -90,7 +94,7 @@ double bits_of_coefficients(const GaussCode& code) {
 // The polynomial modulo primes, by values.
 class Evaluation {
  public:
-  explicit Evaluation(const GaussCode& code) {
+  Evaluation(const GaussCode& code, const Run& run) : run_(run) {
     colouring_.plan(code);
     genus_ = (code.size() / 2 + 1 - seifert_circles(code)) / 2;
     find_unit();
@@ -101,17 +105,19 @@ class Evaluation {
   // Coefficients of the powers of z from 0 to genus(), in 0..prime-1.
   std::vector<std::uint64_t> conway(std::uint64_t prime) const {
     const MontgomeryField field(prime);
+    Elimination elimination(field);
     std::vector<std::uint64_t> z{0};
     std::vector<std::uint64_t> differences{field.one()};
     const std::uint64_t generator = field.residue(kGenerator);
     std::uint64_t t = field.one();
     for (std::size_t k = 0; k < genus_; ++k) {
+      throw_if_cancelled(run_);
       t = field.multiply(t, generator);
       const std::uint64_t inverse_t = inverse(field, t);
       z.push_back(field.subtract(field.add(t, inverse_t), field.residue(2)));
       const std::uint64_t back =
           power(field, shift_ > 0 ? inverse_t : t, static_cast<std::uint64_t>(std::abs(shift_)));
-      std::uint64_t value = field.multiply(determinant(field, t, inverse_t), back);
+      std::uint64_t value = field.multiply(determinant(elimination, field, t, inverse_t), back);
       if (negative_) value = field.subtract(0, value);
       add_difference(field, z, differences, value);
     }
@@ -123,10 +129,10 @@ class Evaluation {
   // not, the interpolation would divide by 0 and conway() would not be the same for all primes.
   static constexpr std::int64_t kGenerator = 1'000'003;
 
-  std::uint64_t determinant(const MontgomeryField& field, std::uint64_t t,
+  using Elimination = SeedElimination<std::uint64_t, MontgomeryField>;
+
+  std::uint64_t determinant(Elimination& elimination, const MontgomeryField& field, std::uint64_t t,
                             std::uint64_t inverse_t) const {
-    using Elimination = SeedElimination<std::uint64_t, MontgomeryField>;
-    Elimination elimination(field);
     if (elimination.run(colouring_, t, inverse_t) != Elimination::Outcome::kDone) return 0;
     return field.multiply(elimination.numerator(), inverse(field, elimination.denominator()));
   }
@@ -134,14 +140,15 @@ class Evaluation {
   // The determinant is the polynomial times sign t^shift, the same for every t.
   void find_unit() {
     const MontgomeryField field(prime_below(std::uint64_t{1} << 62));
-    negative_ = determinant(field, field.one(), field.one()) != field.one();
+    Elimination elimination(field);
+    negative_ = determinant(elimination, field, field.one(), field.one()) != field.one();
     for (std::int64_t base = kGenerator + 1;; ++base) {
       const std::uint64_t t = field.residue(base);
       const std::uint64_t inverse_t = inverse(field, t);
-      const std::uint64_t at_t = determinant(field, t, inverse_t);
+      const std::uint64_t at_t = determinant(elimination, field, t, inverse_t);
       if (at_t == 0) continue;
       // at_t / at_inverse is t^(2 shift)
-      const std::uint64_t at_inverse = determinant(field, inverse_t, t);
+      const std::uint64_t at_inverse = determinant(elimination, field, inverse_t, t);
       std::uint64_t up = at_inverse;
       std::uint64_t down = at_inverse;
       const std::uint64_t square = field.multiply(t, t);
@@ -182,6 +189,7 @@ class Evaluation {
     return powers;
   }
 
+  const Run& run_;
   Colouring colouring_;
   std::size_t genus_ = 0;
   std::int64_t shift_ = 0;
@@ -238,33 +246,61 @@ void lift(std::vector<Integer>& numbers, Integer& modulus,
   modulus *= prime;
 }
 
-}  // namespace
-
-AlexanderPolynomial alexander_polynomial(const GaussCode& closed) {
-  if (closed.empty()) return {{"1"}};
-  const Evaluation evaluation(closed);
-  const double bits = bits_of_coefficients(closed) + 1;
+// Coefficients of t^0 to t^degree of one part of a diagram.
+std::vector<Integer> half_of_part(const GaussCode& part, const Run& run) {
+  const Evaluation evaluation(part, run);
+  const double bits = bits_of_coefficients(part) + 1;
+  std::vector<std::uint64_t> primes;
+  for (double known = 0; known < bits; known += 61.99)
+    primes.push_back(prime_below(primes.empty() ? std::uint64_t{1} << 62 : primes.back()));
+  std::vector<std::vector<std::uint64_t>> residues(primes.size());
+  for_each_piece(run, primes.size(), [&](std::size_t k, unsigned) {
+    residues[k] = upper_half(evaluation.conway(primes[k]), primes[k]);
+  });
   std::vector<Integer> half(evaluation.genus() + 1, 0);
   Integer modulus = 1;
-  std::uint64_t prime = std::uint64_t{1} << 62;
-  for (double known = 0; known < bits; known += 61.99) {
-    prime = prime_below(prime);
-    lift(half, modulus, upper_half(evaluation.conway(prime), prime), prime);
-  }
+  for (std::size_t k = 0; k < primes.size(); ++k) lift(half, modulus, residues[k], primes[k]);
   for (Integer& coefficient : half)
     if (2 * coefficient > modulus) coefficient -= modulus;
   while (half.size() > 1 && half.back() == 0) half.pop_back();
-  const Integer sign = half.back() < 0 ? -1 : 1;
+  return half;
+}
+
+// All coefficients, lowest power first.
+std::vector<Integer> mirrored(const std::vector<Integer>& half) {
+  std::vector<Integer> all(half.rbegin(), half.rend());
+  all.insert(all.end(), half.begin() + 1, half.end());
+  return all;
+}
+
+std::vector<Integer> product(const std::vector<Integer>& a, const std::vector<Integer>& b) {
+  std::vector<Integer> result(a.size() + b.size() - 1, 0);
+  for (std::size_t i = 0; i < a.size(); ++i)
+    for (std::size_t j = 0; j < b.size(); ++j) result[i + j] += a[i] * b[j];
+  return result;
+}
+
+}  // namespace
+
+AlexanderPolynomial alexander_polynomial(const GaussCode& closed, const Run& run) {
+  GaussCode simplified = closed;
+  CodeReduction reduction;
+  PassMoves().simplify(simplified, reduction, run);
+  Run quiet = run;
+  quiet.progress = {};
+  // The polynomial of a connected sum is the product of those of its parts.
+  std::vector<Integer> all{1};
+  for (const GaussCode& part : prime_parts(simplified))
+    all = product(all, mirrored(half_of_part(part, quiet)));
+  const Integer sign = all.front() < 0 ? -1 : 1;
   AlexanderPolynomial polynomial;
-  for (std::size_t k = half.size(); k-- > 1;)
-    polynomial.coefficients.push_back(decimal(sign * half[k]));
-  for (const Integer& coefficient : half)
+  for (const Integer& coefficient : all)
     polynomial.coefficients.push_back(decimal(sign * coefficient));
   return polynomial;
 }
 
-AlexanderPolynomial alexander_polynomial(const Diagram& diagram) {
-  return alexander_polynomial(diagram.code());
+AlexanderPolynomial alexander_polynomial(const Diagram& diagram, const Run& run) {
+  return alexander_polynomial(diagram.code(), run);
 }
 
 std::optional<std::vector<std::int64_t>> AlexanderPolynomial::small_coefficients() const {
