@@ -134,6 +134,7 @@ typename BoxTree<kDimensions>::Box BoxTree<kDimensions>::box(std::size_t index) 
 template <std::size_t kDimensions>
 void BoxTree<kDimensions>::find(const Box& box, std::size_t begin, std::size_t end,
                                 std::vector<std::int32_t>& found) const {
+  if (begin >= end) return;
   using namespace box_tree;
   std::array<const double*, kMostLevels> levels;
   for (std::size_t level = 0; level < levels_.size(); ++level)
