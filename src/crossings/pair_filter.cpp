@@ -134,8 +134,11 @@ std::size_t rounded_up(std::size_t n, std::size_t step) { return (n + step - 1) 
 
 }  // namespace
 
-PairFilter::PairFilter(const std::vector<Edge>& edges)
-    : find_(&HWY_DYNAMIC_DISPATCH(FindCandidates)) {
+PairFilter::PairFilter(const std::vector<Edge>& edges) {
+  // Before the first look at the processor the table has a function that looks at every call.
+  if (!hwy::GetChosenTarget().IsInitialized())
+    hwy::GetChosenTarget().Update(hwy::SupportedTargets());
+  find_ = &HWY_DYNAMIC_DISPATCH(FindCandidates);
   const std::size_t length = rounded_up(edges.size(), kBlock);
   const std::size_t blocks = rounded_up(length / kBlock, kBlock);
   found_ = std::make_unique_for_overwrite<std::uint32_t[]>(length);

@@ -284,7 +284,7 @@ KnotIdentity identify_simplified(const GaussCode& closed, Detail detail) {
   std::string code = canonical_code(closed);
   if (auto known = memory.find(code)) return *known;
   // What is found, and which polynomials were in reach, must not depend on which code came first.
-  const KnotIdentity identity = identify_anew(canonical_diagram(closed), detail);
+  KnotIdentity identity = identify_anew(canonical_diagram(closed), detail);
   memory.keep(std::move(code), identity);
   return identity;
 }

@@ -8,14 +8,12 @@
 namespace korvex {
 namespace {
 
-using modular::MersenneField;
-
-constexpr MersenneField kField;
+using Field = modular::MersenneField;
 
 // The key's t, without meaning, and its inverse.
 constexpr std::uint64_t kT = 0x1e3779b97f4a7c15ULL;
-constexpr std::uint64_t kInverseT = modular::inverse(kField, kT);
-static_assert(kT < MersenneField::prime() && kField.multiply(kT, kInverseT) == 1);
+constexpr std::uint64_t kInverseT = Field::inverse(kT);
+static_assert(kT < Field::prime() && Field::multiply(kT, kInverseT) == 1);
 
 // A value at t and the same at 1/t.
 struct Both {
@@ -26,17 +24,17 @@ struct Both {
 struct BothField {
   static constexpr Both one() { return {1, 1}; }
   static constexpr Both add(const Both& a, const Both& b) {
-    return {kField.add(a.t, b.t), kField.add(a.inverse, b.inverse)};
+    return {Field::add(a.t, b.t), Field::add(a.inverse, b.inverse)};
   }
   static constexpr Both subtract(const Both& a, const Both& b) {
-    return {kField.subtract(a.t, b.t), kField.subtract(a.inverse, b.inverse)};
+    return {Field::subtract(a.t, b.t), Field::subtract(a.inverse, b.inverse)};
   }
   static constexpr Both multiply(const Both& a, const Both& b) {
-    return {kField.multiply(a.t, b.t), kField.multiply(a.inverse, b.inverse)};
+    return {Field::multiply(a.t, b.t), Field::multiply(a.inverse, b.inverse)};
   }
   static constexpr Both inverse(const Both& a) {
-    const std::uint64_t of_product = modular::inverse(kField, kField.multiply(a.t, a.inverse));
-    return {kField.multiply(of_product, a.inverse), kField.multiply(of_product, a.t)};
+    const std::uint64_t of_product = Field::inverse(Field::multiply(a.t, a.inverse));
+    return {Field::multiply(of_product, a.inverse), Field::multiply(of_product, a.t)};
   }
   static constexpr bool is_zero(const Both& a) { return a.t == 0 && a.inverse == 0; }
   static constexpr bool has_inverse(const Both& a) { return a.t != 0 && a.inverse != 0; }
@@ -54,22 +52,21 @@ class KeyMaker {
       case Outcome::kStuck:
         break;
     }
-    return kField.multiply(determinant(kT, kInverseT), determinant(kInverseT, kT));
+    return Field::multiply(determinant(kT, kInverseT), determinant(kInverseT, kT));
   }
 
  private:
   using Outcome = SeedElimination<Both, BothField>::Outcome;
 
-  static std::uint64_t product(const Both& both) { return kField.multiply(both.t, both.inverse); }
+  static std::uint64_t product(const Both& both) { return Field::multiply(both.t, both.inverse); }
 
   static std::uint64_t quotient(std::uint64_t numerator, std::uint64_t denominator) {
-    return denominator == 1 ? numerator
-                            : kField.multiply(numerator, modular::inverse(kField, denominator));
+    return denominator == 1 ? numerator : Field::multiply(numerator, Field::inverse(denominator));
   }
 
   // For one of the two alone.
   std::uint64_t determinant(std::uint64_t t, std::uint64_t inverse_t) const {
-    using Elimination = SeedElimination<std::uint64_t, MersenneField>;
+    using Elimination = SeedElimination<std::uint64_t, Field>;
     Elimination one;
     if (one.run(colouring_, t, inverse_t) != Elimination::Outcome::kDone) return 0;
     return quotient(one.numerator(), one.denominator());
@@ -89,18 +86,18 @@ std::uint64_t alexander_key(const GaussCode& closed) {
 std::uint64_t alexander_key(const Diagram& diagram) { return alexander_key(diagram.code()); }
 
 std::uint64_t alexander_key_of_sum(std::uint64_t a, std::uint64_t b) {
-  return kField.multiply(a, b);
+  return Field::multiply(a, b);
 }
 
 std::uint64_t alexander_key_of(std::span<const std::int64_t> coefficients) {
   std::uint64_t at_t = 0;
   std::uint64_t at_inverse = 0;
   for (std::size_t k = coefficients.size(); k-- > 0;) {
-    const std::uint64_t coefficient = kField.residue(coefficients[k]);
-    at_t = kField.add(kField.multiply(at_t, kT), coefficient);
-    at_inverse = kField.add(kField.multiply(at_inverse, kInverseT), coefficient);
+    const std::uint64_t coefficient = Field::residue(coefficients[k]);
+    at_t = Field::add(Field::multiply(at_t, kT), coefficient);
+    at_inverse = Field::add(Field::multiply(at_inverse, kInverseT), coefficient);
   }
-  return kField.multiply(at_t, at_inverse);
+  return Field::multiply(at_t, at_inverse);
 }
 
 }  // namespace korvex

@@ -52,7 +52,7 @@ class Colouring {
   void plant(std::int32_t seed);
   void colour(std::int32_t arc);
   void raise(std::int32_t arc);
-  void look_at(std::int32_t crossing);
+  void look_at(std::int32_t number);
   std::int32_t arc_over_most() const;
   std::optional<std::int32_t> best_seed();
   std::int32_t next(std::int32_t arc) const { return arc + 1 < arcs_ ? arc + 1 : 0; }

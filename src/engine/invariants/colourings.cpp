@@ -60,7 +60,10 @@ class ParabolicElements {
   }
 
  private:
-  std::size_t index(const Vector& v) const { return static_cast<std::size_t>(v.x * p_ + v.y); }
+  std::size_t index(const Vector& v) const {
+    return static_cast<std::size_t>(v.x) * static_cast<std::size_t>(p_) +
+           static_cast<std::size_t>(v.y);
+  }
   std::uint16_t& number_of(const Vector& v) { return number_[index(v)]; }
 
   int p_;
