@@ -5,6 +5,7 @@
 
 #include "korvex/alexander.hpp"
 #include "korvex/diagram.hpp"
+#include "korvex/ring.hpp"
 #include "points.hpp"
 
 namespace {
@@ -50,6 +51,9 @@ void check_ring(const Points& ring, const Point& direction, const Point& other) 
   for (Point& p : changed) p = {p.y, p.z, p.x};
   changed.insert(changed.begin() + 1, 0.5 * (changed[0] + changed[1]));
   require(checked_key(Diagram::of_polygon(changed, other)) == key);
+  const korvex::RingReport report = korvex::examine_ring(ring);
+  require(report.alexander_key == key && report.points_left <= ring.size());
+  check_codes(report.simplified);
 }
 
 // The two rays of an open chain, drawn as far as it takes.
