@@ -25,8 +25,8 @@ enum class Evidence {
   kAlexander,   // the Alexander key
   kJones,       // the Jones polynomial, where the diagram is too large for HOMFLY-PT
   kHomfly,      // the HOMFLY-PT polynomial
-  kSignature,   // the signature, where types share their HOMFLY-PT polynomial
-  kColourings,  // parabolic colourings, where types share the signature, too
+  kSignature,   // the signature, where a polynomial leaves the answer open
+  kColourings,  // parabolic colourings, where the signature leaves it open, too
 };
 
 struct KORVEX_API KnotIdentity {
@@ -45,7 +45,8 @@ struct KORVEX_API KnotIdentity {
   // at most 10 crossings, since the catalogue is complete there; for a sum of such; and for the
   // unknot where a diagram of at most 22 crossings has Jones polynomial 1 (R. E. Tuzun and A. S.
   // Sikora, J. Knot Theory Ramif. 27, 1840009 (2018)). Else the name says which type to 10
-  // crossings agrees in every invariant that was computed.
+  // crossings agrees in all of its Alexander, HOMFLY-PT or Jones polynomials, signature and
+  // parabolic colourings for p = 5, 7, 11 that could be computed.
   bool proven = false;
   std::size_t crossings = 0;  // of the simplified diagram
   std::uint64_t alexander_key = 1;
@@ -57,12 +58,13 @@ struct KORVEX_API KnotIdentity {
 // The knot type of a diagram. Simplifies it first. The Alexander key leaves a few types of the
 // catalogue, or none; HOMFLY-PT, or Jones where the diagram is too large for that, tells them and
 // their hands apart; where types still agree the signature may, and then the parabolic
-// colourings for p = 5, 7, 11: together these tell all types of the catalogue apart. An alternating
-// diagram that cannot be simplified shows the crossing number of its knot and excludes all other
-// types. A diagram too
-// large for both polynomials keeps all types of its Alexander key, without hands. An Alexander
-// polynomial 1 alone is never taken for the unknot: such a diagram is 0_1 by HOMFLY-PT or Jones, or
-// where it is too large for both, 0_1 that is not proven. Answers are remembered by Gauss
+// colourings for p = 5, 7, 11: together these tell all types of the catalogue apart. A diagram of
+// more than 10 crossings may be of a knot that the catalogue lacks: even a single type then has to
+// agree in all of these, as far as the diagram is not too large for them. An alternating diagram
+// that cannot be simplified shows the crossing number of its knot and excludes all other types. A
+// diagram too large for both polynomials keeps the types that are left without their hands. An
+// Alexander polynomial 1 alone is never taken for the unknot: such a diagram is 0_1 by HOMFLY-PT or
+// Jones, or where it is too large for both, 0_1 that is not proven. Answers are remembered by Gauss
 // code. Any thread.
 KORVEX_API KnotIdentity identify(const Diagram& diagram, Detail detail = Detail::kHand);
 

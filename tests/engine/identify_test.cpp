@@ -144,6 +144,40 @@ TEST(Identify, TellsPrimeFromCompositeWhereHomflyDoesNot) {
   EXPECT_EQ(identify(Diagram::of_gauss_code(composite.gauss_code)).name, composite.name);
 }
 
+struct Double {
+  const char* name;  // of the type whose HOMFLY-PT polynomial the diagram's knot has
+  const char* code;
+};
+
+// Diagrams of 11 and 12 crossings whose knots the catalogue lacks.
+constexpr Double kDoubles[] = {
+    {"+7_1", "O1+U2-O3-U4+O5+U6-U7+O8+O2-U9+O4+O10+U11+U5+O12+O7+U8+U1+O9+U3-U10+O11+O6-U12+"},
+    {"+8_2", "U1+O2+U3-O4-U5-U6+O7+O8-U2+O9+U4-O5-U10+O1+U11+O12+U8-O3-U9+O10+O6+U7+U12+O11+"},
+    {"4_1#4_1", "U1-O2+U3+O4-O5+U6+U7-O1-O8+U9+O6+U5+U10-O11-U12-O3+U2+U8+O9+O12-U11-O10-U4-O7-"},
+    {"+10_155", "O1+U2-O3-U4+O5+U6+O7-O8+U9-U3-O10-U1+U8+O11+O4+U5+O6+U10-O2-O9-U11+U7-"},
+    {"-10_155", "O1-O2+U3+O4+U5-O6+U7+O8-U9-O5-O10-U1-U11-O7+U6+O11-U2+O3+U8-O9-U4+U10-"},
+    {"+10_92", "O1+O2+U3+O4+U5+O6-O7+U8+O9+U7+U10-O5+U11+O12+U4+O3+U2+O10-U6-O11+U12+U1+O8+U9+"},
+};
+
+// Some differ in their signature, the others in their parabolic colourings.
+TEST(Identify, DoesNotNameAKnotForItsHomflyPolynomialAlone) {
+  std::set<Evidence> evidence;
+  for (const Double& known : kDoubles) {
+    const Diagram diagram = Diagram::of_gauss_code(known.code);
+    ASSERT_EQ(homfly(diagram), find_knot_type(known.name)->homfly) << known.name;
+    ASSERT_EQ(diagram.simplified().crossings(), diagram.crossings()) << known.name;
+    for (const Diagram& hand : {diagram, diagram.mirror(), diagram.reversed()}) {
+      const KnotIdentity identity = identify(hand);
+      EXPECT_TRUE(identity.candidates.empty()) << known.name;
+      EXPECT_EQ(identity.name[0], '?') << identity.name;
+      EXPECT_FALSE(identity.proven) << known.name;
+      EXPECT_TRUE(identify(hand, Detail::kType).candidates.empty()) << known.name;
+      evidence.insert(identity.evidence);
+    }
+  }
+  EXPECT_EQ(evidence, (std::set{Evidence::kSignature, Evidence::kColourings}));
+}
+
 TEST(Identify, TellsGrannyFromSquare) {
   const Diagram right = Diagram::of_gauss_code("O1+U2+O3+U1+O2+U3+");
   EXPECT_EQ(identify(right).name, "+3_1");

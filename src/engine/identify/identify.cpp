@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <iterator>
+#include <map>
 #include <mutex>
 #include <shared_mutex>
 #include <sstream>
@@ -26,7 +27,7 @@ constexpr std::size_t kMostCrossingsForPolynomial = 200;
 constexpr std::size_t kMostCrossingsForSignature = 100;
 
 // Of these, each type of the catalogue that shares its HOMFLY-PT polynomial and its signature with
-// another, or with its mirror image, differs for some p.
+// another, or with its mirror image, differs for some p; and so do most knots beyond it.
 constexpr int kPrimesOfColourings[] = {5, 7, 11};
 
 using Candidates = std::vector<const KnotType*>;
@@ -42,6 +43,17 @@ const Candidates& types_with_key(std::uint64_t key) {
   static const Candidates none;
   const auto found = classes.find(key);
   return found == classes.end() ? none : found->second;
+}
+
+// Those of a type of the catalogue, found once.
+const std::vector<std::int64_t>& colourings_of(const KnotType& type, int p) {
+  static std::mutex mutex;
+  static std::map<std::pair<const KnotType*, int>, std::vector<std::int64_t>> known;
+  const std::lock_guard lock(mutex);
+  const auto [found, is_new] = known.try_emplace({&type, p});
+  if (is_new)
+    found->second = parabolic_colourings(Diagram::of_gauss_code(type.gauss_code), p).value();
+  return found->second;
 }
 
 // Names of candidates, joined; without hands each once.
@@ -87,8 +99,10 @@ class PartIdentification {
     identity_.alexander_key = alexander_key(code_);
     identity_.candidates = types_with_key(identity_.alexander_key);
     exclude_by_crossings();
-    const bool complete = identity_.crossings <= kCatalogueCrossings;
-    if (!identity_.candidates.empty() && !(complete && is_settled())) compare_polynomials();
+    if (is_open()) compare_polynomials();
+    if (is_open() && identity_.crossings <= kMostCrossingsForSignature) compare_signature();
+    for (const int p : kPrimesOfColourings)
+      if (is_open() && identity_.crossings <= kMostCrossingsForSignature) compare_colourings(p);
     if (identity_.candidates.empty()) {
       if (identity_.crossings <= kMostCrossingsForPolynomial)
         identity_.alexander = alexander_polynomial(code_);
@@ -96,7 +110,7 @@ class PartIdentification {
       return std::move(identity_);
     }
     identity_.name = name_of(identity_.candidates, with_hands_);
-    identity_.proven = is_settled() && (complete || is_unknot_by_jones());
+    identity_.proven = !is_open();
     return std::move(identity_);
   }
 
@@ -125,12 +139,19 @@ class PartIdentification {
   }
 
   bool is_unknot_by_jones() const {
-    return identity_.candidates.front()->crossings == 0 &&
-           identity_.evidence != Evidence::kAlexander &&
+    return identity_.candidates.front()->crossings == 0 && has_polynomial_ &&
            identity_.crossings <= kJonesUnknotCrossings;
   }
 
+  // Whether an invariant more could exclude candidates: as long as there are several, and where
+  // knots beyond the catalogue may have the diagram, also the last.
+  bool is_open() const {
+    const bool complete = identity_.crossings <= kCatalogueCrossings;
+    return !identity_.candidates.empty() && !(is_settled() && (complete || is_unknot_by_jones()));
+  }
+
   void compare_polynomials() {
+    has_polynomial_ = true;
     if (const auto p = homfly(code_)) {
       identity_.evidence = Evidence::kHomfly;
       keep([&](const KnotType& type) { return type.homfly == *p; });
@@ -138,28 +159,27 @@ class PartIdentification {
       identity_.evidence = Evidence::kJones;
       keep([&](const KnotType& type) { return type.jones == *v; });
     } else {
+      has_polynomial_ = false;
       with_hands_ = false;
-      return;
     }
-    if (is_settled() || identity_.crossings > kMostCrossingsForSignature) return;
+  }
+
+  void compare_signature() {
     identity_.evidence = Evidence::kSignature;
     const int s = signature(code_);
     keep([&](const KnotType& type) { return type.signature == s; });
-    for (const int p : kPrimesOfColourings)
-      if (!is_settled()) compare_colourings(p);
   }
 
   void compare_colourings(int p) {
     const auto counts = parabolic_colourings(code_, p);
     if (!counts) return;
     identity_.evidence = Evidence::kColourings;
-    keep([&](const KnotType& type) {
-      return parabolic_colourings(Diagram::of_gauss_code(type.gauss_code), p) == counts;
-    });
+    keep([&](const KnotType& type) { return colourings_of(type, p) == *counts; });
   }
 
   const GaussCode& code_;
   bool with_hands_;
+  bool has_polynomial_ = false;  // HOMFLY-PT or Jones
   KnotIdentity identity_;
 };
 
