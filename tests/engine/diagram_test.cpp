@@ -77,8 +77,9 @@ TEST(Diagram, OfARightHandedTrefoilInSpaceHasPositiveCrossings) {
 TEST(Diagram, OfAPolygonKeepsTheKnotFromEveryDirection) {
   const std::vector<Point> ring = points_of(support::torus_knot(2, 5, 80));
   const std::vector<std::int64_t> polynomial = {1, -1, 1, -1, 1};
-  for (const Point& direction : {Point{1, 0, 0}, Point{0, 1, 0}, Point{0, 0, 1}, Point{1, 2, 3},
-                                 Point{-1, 0.1, 4}, Point{1e-200, 0, 0}, Point{1e300, 1e300, 0}})
+  for (const Point& direction :
+       {Point{1, 0, 0}, Point{0, 1, 0}, Point{0, 0, 1}, Point{1, 2, 3}, Point{-1, 0.1, 4},
+        Point{1e-200, 0, 0}, Point{1e300, 1e300, 0}, Point{0, 5e-324, 5e-324}})
     EXPECT_EQ(alexander_key(Diagram::of_polygon(ring, direction)), alexander_key_of(polynomial));
 }
 

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <limits>
 #include <stop_token>
 #include <vector>
@@ -55,6 +56,27 @@ TEST(RingReport, HasTheKeyOfTheWholeDiagramThatNothingWasTakenFrom) {
   const Diagram whole = Diagram::of_polygon(ring, random_direction(1, 0));
   EXPECT_EQ(report.projected, (DiagramSize{whole.crossings(), whole.writhe()}));
   EXPECT_EQ(report.alexander_key, alexander_key(whole));
+}
+
+// Powers of two, so that nothing is rounded: products of three coordinates would be subnormal or
+// infinite for most of them, and the coordinates themselves are subnormal for the first.
+TEST(RingReport, DoesNotDependOnTheUnitOfLength) {
+  for (unsigned seed = 1; seed <= 40; ++seed) {
+    auto ring = random_ring(seed, 60);
+    for (Point& p : ring)
+      p = {std::round(1024 * p.x), std::round(1024 * p.y), std::round(1024 * p.z)};
+    const RingReport report = examine_ring(ring);
+    for (const int exponent : {-1074, -1040, -700, -368, -367, -366, -340, 320, 330, 500, 970}) {
+      std::vector<Point> scaled;
+      for (const Point& p : ring)
+        scaled.push_back(
+            {std::scalbn(p.x, exponent), std::scalbn(p.y, exponent), std::scalbn(p.z, exponent)});
+      const RingReport of_scaled = examine_ring(scaled);
+      EXPECT_EQ(of_scaled.projected, report.projected) << seed << " 2^" << exponent;
+      EXPECT_EQ(of_scaled.points_left, report.points_left) << seed << " 2^" << exponent;
+      EXPECT_EQ(of_scaled.simplified, report.simplified) << seed << " 2^" << exponent;
+    }
+  }
 }
 
 TEST(RingReport, TakesPointsInAnyPosition) {

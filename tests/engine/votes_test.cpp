@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <random>
 #include <stdexcept>
 #include <string>
@@ -50,6 +51,22 @@ std::vector<Point> trefoil_on_a_string() {
   chain.insert(chain.begin(), 40.0 * first);
   chain.push_back(40.0 * last);
   return chain;
+}
+
+TEST(Vote, DoesNotDependOnTheUnitOfLength) {
+  auto chain = compact_walk(11, 60);
+  chain.push_back(0.5 * (chain[4] + chain[5]));
+  for (const Closure closure : {Closure::kRays, Closure::kTwoPoints, Closure::kOut}) {
+    const VoteOptions options{.closure = closure, .trials = 20};
+    const Votes votes = votes_of(chain, options);
+    for (const int exponent : {-1000, -700, -370, -356, -200, 330, 500, 900}) {
+      std::vector<Point> scaled;
+      for (const Point& p : chain)
+        scaled.push_back(
+            {std::scalbn(p.x, exponent), std::scalbn(p.y, exponent), std::scalbn(p.z, exponent)});
+      expect_same(votes_of(scaled, options), votes);
+    }
+  }
 }
 
 // Its last point lies on a segment before it, or its end is many times the same point.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "engine/diagram/code_reduction.hpp"
 #include "engine/diagram/gauss_code.hpp"
@@ -20,6 +21,7 @@ Point unit(const Point& direction) {
   if (!(numbers && largest > 0))
     throw Error(ErrorCode::kInvalidArgument,
                 "the direction of view must be a finite vector other than 0");
+  if (largest < std::numeric_limits<double>::min()) return unit(0x1p200 * direction);
   const Point scaled = (1 / largest) * direction;
   return (1 / norm(scaled)) * scaled;
 }

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "engine/diagram/projection.hpp"
+#include "engine/geometry/unit_scale.hpp"
 #include "korvex/directions.hpp"
 #include "korvex/error.hpp"
 
@@ -15,8 +16,7 @@ constexpr std::array kShakes{1e-9, 1e-9, 1e-8, 1e-7, 1e-6, 1e-5, 1e-4, 1e-4};
 
 // Moved by `part` of the extent, each point in a direction of its own.
 std::vector<Point> shaken(std::span<const Point> chain, double part, unsigned attempt) {
-  double extent = 0;
-  for (const Point& p : chain) extent = std::max(extent, norm(p - chain[0]));
+  const double extent = reach_of(chain);
   std::vector<Point> moved(chain.begin(), chain.end());
   for (std::size_t i = 0; i < moved.size(); ++i)
     moved[i] = moved[i] + part * extent * random_direction(attempt, i);

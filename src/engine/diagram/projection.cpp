@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 
+#include "engine/geometry/unit_scale.hpp"
 #include "engine/run/parallel.hpp"
 
 namespace korvex {
@@ -23,16 +24,6 @@ std::array<Point, 2> frame_about(const Point& up) {
   const double b = up.x * up.y * a;
   return {Point{1 + sign * up.x * up.x * a, sign * b, -sign * up.x},
           Point{b, sign + up.y * up.y * a, -up.y}};
-}
-
-// A power of two that brings the extent of the chain near 1: scaling by it rounds nothing.
-double unit_scale(std::span<const Point> chain) {
-  double extent = 0;
-  for (const Point& p : chain) {
-    const Point away = p - chain[0];
-    extent = std::max({extent, std::abs(away.x), std::abs(away.y), std::abs(away.z)});
-  }
-  return extent > 0 ? std::scalbn(1.0, -std::ilogb(extent)) : 1;
 }
 
 // A number and a bound on what rounding did to it.

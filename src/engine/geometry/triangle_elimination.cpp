@@ -8,6 +8,7 @@
 #include <numeric>
 
 #include "engine/geometry/box_tree.hpp"
+#include "engine/geometry/unit_scale.hpp"
 #include "engine/run/parallel.hpp"
 
 namespace korvex {
@@ -53,14 +54,20 @@ class Elimination {
  public:
   Elimination(std::span<const Point> points, std::span<const Line> obstacles, bool ring,
               const Run& run)
-      : points_(points), ring_(ring), run_(run), kept_(points.size()) {
+      : ring_(ring), run_(run), kept_(points.size()) {
     std::iota(kept_.begin(), kept_.end(), 0);
+    const double scale = unit_scale(points);
     Box all = Box::empty();
-    for (const Point& p : points) include(all, p);
+    points_.reserve(points.size());
+    for (const Point& p : points) {
+      points_.push_back(scale * p);
+      include(all, points_.back());
+    }
     for (const Line& line : obstacles) {
-      include(all, line.from);
-      include(all, line.to);
-      obstacles_.push_back({line, box_of({line.from, line.to})});
+      const Line scaled{scale * line.from, scale * line.to};
+      include(all, scaled.from);
+      include(all, scaled.to);
+      obstacles_.push_back({scaled, box_of({scaled.from, scaled.to})});
     }
     if (points.empty()) return;
     extent_ = norm({all.high[0] - all.low[0], all.high[1] - all.low[1], all.high[2] - all.low[2]});
@@ -151,7 +158,7 @@ class Elimination {
     });
   }
 
-  const std::span<const Point> points_;
+  std::vector<Point> points_;  // scaled
   const bool ring_;
   const Run& run_;
   std::vector<std::int32_t> kept_;

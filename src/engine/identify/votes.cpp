@@ -8,6 +8,7 @@
 #include "engine/diagram/code_reduction.hpp"
 #include "engine/diagram/projection.hpp"
 #include "engine/geometry/triangle_elimination.hpp"
+#include "engine/geometry/unit_scale.hpp"
 #include "engine/identify/identification.hpp"
 #include "engine/identify/voting.hpp"
 #include "engine/run/parallel.hpp"
@@ -97,9 +98,11 @@ class Voting {
     Point centre;
     const double part = 1 / static_cast<double>(chain_.size());
     for (const Point& p : chain_) centre = centre + part * p;
+    const double scale = unit_scale(chain_);
     const auto away = [&](const Point& p) {
-      const double distance = norm(p - centre);
-      return distance > 0 ? (1 / distance) * (p - centre) : Point{0, 0, 1};
+      const Point from_centre = scale * (p - centre);
+      const double distance = norm(from_centre);
+      return distance > 0 ? (1 / distance) * from_centre : Point{0, 0, 1};
     };
     return {away(chain_.front()), away(chain_.back())};
   }
@@ -150,9 +153,7 @@ class Voting {
   // The chain without the points that no ray needs.
   static std::vector<Point> reduced_for(std::span<const Ends> ends, std::span<const Point> chain) {
     if (chain.empty()) return {};
-    double extent = 0;
-    for (const Point& p : chain) extent = std::max(extent, norm(p - chain.front()));
-    const double away = 4 * extent;
+    const double away = 4 * reach_of(chain);
     std::vector<Line> rays;
     rays.reserve(2 * ends.size());
     for (const Ends& directions : ends) {
