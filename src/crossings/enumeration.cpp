@@ -2,6 +2,7 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <vector>
 
 #include "crossings/edge_pair.hpp"
@@ -66,8 +67,9 @@ bool test_near(std::vector<Edge>& edges, std::vector<Crossing>& crossings, bool 
   return true;
 }
 
-// Positions that are not numbers have no order, and std::sort may then run off the list; not off a
-// list of at most 16, into which it inserts one by one.
+// Positions that are not numbers have no order, and std::sort may then run off a list of more than
+// 16, but never past such a position. One before and one behind the list keep it in; where it stays
+// in by itself they change nothing.
 void sort_along(std::vector<CrossingShort>& list) {
   if (list.size() < 2) return;
   constexpr std::size_t kInserted = 16;
@@ -76,9 +78,13 @@ void sort_along(std::vector<CrossingShort>& list) {
                                  [](CrossingShort c) { return std::isnan(c.position); });
   if (safe) {
     std::sort(list.begin(), list.end(), WayToSortCrossings);
-  } else {
-    std::stable_sort(list.begin(), list.end(), WayToSortCrossings);
+    return;
   }
+  const CrossingShort guard{0, std::numeric_limits<double>::quiet_NaN()};
+  std::vector<CrossingShort> framed(list.size() + 2, guard);
+  std::copy(list.begin(), list.end(), framed.begin() + 1);
+  std::sort(framed.begin() + 1, framed.end() - 1, WayToSortCrossings);
+  std::copy(framed.begin() + 1, framed.end() - 1, list.begin());
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <iostream>
+#include <limits>
 #include <vector>
 
 #include "reference/reference.hpp"
@@ -112,18 +113,15 @@ void record(std::vector<Edge>& edges, std::vector<Crossing>& crossings, int i, i
   second.crossings.push_back({index, u});
 }
 
-// Positions that are not numbers have no order, and std::sort may then run off the list; not off a
-// list of at most 16, into which it inserts one by one.
+// Positions that are not numbers have no order, and std::sort may then run off the list, but not
+// past such a position.
 void sort_along(std::vector<CrossingShort>& list) {
-  constexpr std::size_t kInserted = 16;
-  const bool safe = list.size() <= kInserted ||
-                    std::none_of(list.begin(), list.end(),
-                                 [](CrossingShort c) { return std::isnan(c.position); });
-  if (safe) {
-    std::sort(list.begin(), list.end(), WayToSortCrossings);
-  } else {
-    std::stable_sort(list.begin(), list.end(), WayToSortCrossings);
-  }
+  const CrossingShort guard{0, std::numeric_limits<double>::quiet_NaN()};
+  list.insert(list.begin(), guard);
+  list.push_back(guard);
+  std::sort(list.begin() + 1, list.end() - 1, WayToSortCrossings);
+  list.pop_back();
+  list.erase(list.begin());
 }
 
 }  // namespace
