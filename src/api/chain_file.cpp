@@ -1,6 +1,7 @@
 #include <fstream>
 #include <ios>
 #include <iostream>
+#include <locale>
 #include <string>
 #include <vector>
 
@@ -42,6 +43,7 @@ int FindKnots(int type, char* chainFile, char* outputName, int checkDistances, i
   FillKnotsArray();
   FillFulerenData();
   std::fstream out(outputName, std::ios::out);
+  out.imbue(std::locale::classic());  // digits are not grouped, whatever the locale of the host
   bool error = false;
   const std::vector<ChainAtom> chain = ChainRead(chainFile, error);
   if (chain.empty() || error) {

@@ -1,6 +1,7 @@
 #include <fstream>
 #include <ios>
 #include <iostream>
+#include <locale>
 #include <string>
 #include <vector>
 
@@ -25,6 +26,7 @@ int FindKnotFingerprint(const std::vector<ChainAtom>& chain, char* outputPath, i
                         int refineThreshold, int closureType, int trials, int matrixMode,
                         int polyOption, bool polyFlag, unsigned long long memoryLimit) {
   std::fstream out(std::string(outputPath), std::ios::out);
+  out.imbue(std::locale::classic());  // digits are not grouped, whatever the locale of the host
   return FindAllKnots(chain, out, netStep, refineThreshold, closureType, trials, matrixMode,
                       polyOption, polyFlag, memoryLimit);
 }

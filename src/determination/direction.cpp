@@ -1,13 +1,13 @@
 #include "determination/direction.hpp"
 
 #include <iomanip>
-#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "alexander/alexander_polynomial.hpp"
 #include "korvex.h"
+#include "records/text_stream.hpp"
 
 namespace korvex::determination {
 
@@ -53,7 +53,7 @@ std::string invariant_text(const std::vector<ChainAtom>& chain, int max_crossing
   double value = 0.0;
   find_invariant(chain, poly, value, 0, numeric ? -1 : max_crossings);
   if (numeric) return removeTrailingZeros(static_cast<float>(value));
-  std::ostringstream text;
+  std::ostringstream text = records::text_stream();
   const char* separator = "";
   for (const int coefficient : poly.data()) {
     text << separator << coefficient;
@@ -83,7 +83,7 @@ std::string FindTheKnotInParticularDirection_poly_string(std::vector<ChainAtom> 
 }
 
 std::string removeTrailingZeros(float x) {
-  std::ostringstream stream;
+  std::ostringstream stream = korvex::records::text_stream();
   stream << std::fixed << std::setprecision(3) << x;
   std::string text = stream.str();
   while (!text.empty() &&

@@ -4,13 +4,13 @@
 #include <fstream>
 #include <map>
 #include <ostream>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "determination/direction.hpp"
 #include "korvex.h"
 #include "recognition/ordinals.hpp"
+#include "records/text_stream.hpp"
 
 namespace {
 
@@ -152,7 +152,7 @@ std::string FindAllKnots_string(const std::vector<ChainAtom>& chain, int netStep
   const Settings settings{netStep,    refineThreshold, closureType, trials,
                           matrixMode, polyOption,      polyFlag,    memoryLimit};
   Fingerprint fingerprint(chain, settings);
-  std::ostringstream stream;
+  std::ostringstream stream = korvex::records::text_stream();
   std::string result;
   if (matrixMode != 0) {
     write_header(stream, chain);

@@ -1,10 +1,10 @@
-#include <sstream>
 #include <string>
 
 #include "korvex.h"
+#include "records/text_stream.hpp"
 
 RowFile MakeRowFromJob(std::string knotText, Job job, int strength, int mode) {
-  std::ostringstream text;
+  std::ostringstream text = korvex::records::text_stream();
   if (mode != 0) {
     text << job.firstId << " " << job.lastId << " " << knotText << " " << job.begin << " "
          << job.end;

@@ -3,13 +3,13 @@
 #include <cstddef>
 #include <limits>
 #include <map>
-#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "korvex.h"
 #include "recognition/ordinals.hpp"
+#include "records/text_stream.hpp"
 #include "records/wrapping.hpp"
 
 namespace {
@@ -79,7 +79,7 @@ std::string GiveThePolies_toDict(std::map<std::string, float> tally) {
   for (const auto& [poly, count] : entries) total += count;
   std::sort(entries.begin(), entries.end(), WayToSortPolies);
   if (entries.size() == 1 && entries[0].second == 1.0F) return "'" + entries[0].first + "'";
-  std::ostringstream text;
+  std::ostringstream text = korvex::records::text_stream();
   text << "{";
   const char* separator = "";
   for (const auto& [poly, count] : entries) {

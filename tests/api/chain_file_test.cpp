@@ -8,6 +8,7 @@
 #include "korvex.h"
 #include "support/captured_stream.hpp"
 #include "support/chains.hpp"
+#include "support/national_locale.hpp"
 #include "support/temporary_file.hpp"
 
 namespace {
@@ -83,6 +84,14 @@ TEST(FindKnots, FingerprintGoesToTheFile) {
             "created 0 jobs of total size 0\n"
             "The full matrix is written to the file OUTPUT.\n");
   EXPECT_EQ(answer.log_flushes, 2);  // of the two batches alone
+}
+
+TEST(FindKnots, DoesNotGroupDigitsInAnyLocale) {
+  support::Chain chain = trefoil();
+  for (ChainAtom& atom : chain) atom.id += 1000;
+  const std::string content = as_text(chain);
+  const support::NationalLocale locale;
+  EXPECT_EQ(find(content, 2, 0).file.substr(0, 11), "# 1001 1040");
 }
 
 TEST(FindKnots, OtherTypesAreRejected) {

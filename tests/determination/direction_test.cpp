@@ -7,6 +7,7 @@
 #include "korvex.h"
 #include "support/captured_stream.hpp"
 #include "support/chains.hpp"
+#include "support/national_locale.hpp"
 #include "support/stored_coefficients.hpp"
 
 namespace {
@@ -162,6 +163,12 @@ TEST(RemoveTrailingZeros, KeepsWhatMatters) {
   EXPECT_EQ(removeTrailingZeros(10.0F), "10");
   EXPECT_EQ(removeTrailingZeros(1.0005F), "1");
   EXPECT_EQ(removeTrailingZeros(-2.25F), "-2.25");
+}
+
+TEST(RemoveTrailingZeros, WritesAPointInEveryLocale) {
+  const support::NationalLocale locale;
+  EXPECT_EQ(removeTrailingZeros(2.5F), "2.5");
+  EXPECT_EQ(removeTrailingZeros(1234567.0F), "1234567");
 }
 
 }  // namespace

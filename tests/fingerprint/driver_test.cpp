@@ -10,6 +10,7 @@
 #include "korvex.h"
 #include "support/captured_stream.hpp"
 #include "support/chains.hpp"
+#include "support/national_locale.hpp"
 #include "support/temporary_file.hpp"
 
 namespace {
@@ -71,6 +72,14 @@ TEST(FindAllKnots, UnknottedChainInMatrixMode) {
   const std::string head = header("21 32", 12);
   EXPECT_EQ(to_file(bow(), {}), head + "UNKNOT\n");
   EXPECT_EQ(to_text(bow(), {}), head + head + head + "UNKNOT\n");
+}
+
+TEST(FindAllKnots, DoesNotGroupDigitsInAnyLocale) {
+  support::Chain chain = bow();
+  for (ChainAtom& atom : chain) atom.id += 1000;
+  const support::NationalLocale locale;
+  EXPECT_EQ(to_file(chain, {}).substr(0, 11), "# 1021 1032");
+  EXPECT_EQ(to_text(chain, {}).substr(0, 11), "# 1021 1032");
 }
 
 TEST(FindAllKnots, UnknottedChainInDictionaryMode) {

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "korvex.h"
+#include "support/national_locale.hpp"
 
 namespace {
 
@@ -19,6 +20,13 @@ TEST(MakeRowFromJob, MatrixMode) {
 TEST(MakeRowFromJob, DictionaryModeWithNegativeNumbers) {
   EXPECT_EQ(MakeRowFromJob("{'1 -1 1': 1}", {0, 0, -4, 17, 1, 22}, 0, 0).text,
             "(-4, 17): {'1 -1 1': 1}");
+}
+
+TEST(MakeRowFromJob, DoesNotGroupDigitsInAnyLocale) {
+  const support::NationalLocale locale;
+  EXPECT_EQ(MakeRowFromJob("K", {0, 0, 1001, 2345, 1000, 2344}, 0, 1).text,
+            "1001 2345 K 1000 2344");
+  EXPECT_EQ(MakeRowFromJob("K", {0, 0, 1001, 2345, 1000, 2344}, 0, 0).text, "(1001, 2345): K");
 }
 
 TEST(WayToSortRowsToFile, ByBeginThenLongestFirst) {

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "korvex.h"
+#include "support/national_locale.hpp"
 
 namespace {
 
@@ -80,6 +81,11 @@ TEST(GiveThePoliesToDict, SharesInFallingOrderRoundedToThousandths) {
   EXPECT_EQ(GiveThePolies_toDict({{"1", 1.0F}, {"1 -1 1", 2.0F}}), "{'1 -1 1': 0.667, '1': 0.333}");
   EXPECT_EQ(GiveThePolies_toDict({{"1", 15.0F}, {"1 -3 1", 1.0F}}),
             "{'1': 0.938, '1 -3 1': 0.063}");
+}
+
+TEST(GiveThePoliesToDict, SharesHaveAPointInEveryLocale) {
+  const support::NationalLocale locale;
+  EXPECT_EQ(GiveThePolies_toDict({{"1", 1.0F}, {"1 -1 1", 3.0F}}), "{'1 -1 1': 0.75, '1': 0.25}");
 }
 
 TEST(GiveTheStrenghtOfKnotPoly, LeavesTheUnknotOut) {

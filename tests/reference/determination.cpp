@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <iomanip>
+#include <locale>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -58,6 +59,7 @@ std::string FindTheKnotInParticularDirection_poly_string(std::vector<ChainAtom> 
                                                    numeric ? -1 : maxCrossings);
   if (numeric) return removeTrailingZeros(static_cast<float>(value));
   std::ostringstream text;
+  text.imbue(std::locale::classic());
   const char* separator = "";
   for (const int coefficient : poly.data()) {
     text << separator << coefficient;

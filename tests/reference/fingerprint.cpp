@@ -2,6 +2,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <fstream>
+#include <locale>
 #include <map>
 #include <ostream>
 #include <sstream>
@@ -154,6 +155,7 @@ std::string FindAllKnots_string(const std::vector<ChainAtom>& chain, int netStep
                           matrixMode, polyOption,      polyFlag,    memoryLimit};
   Fingerprint fingerprint(chain, settings);
   std::ostringstream stream;
+  stream.imbue(std::locale::classic());
   std::string result;
   if (matrixMode != 0) {
     write_header(stream, chain);
