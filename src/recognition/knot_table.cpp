@@ -4,8 +4,9 @@ KnotRecord knotsArray[42];
 
 namespace {
 
-// In order of the knot ordinal. The value at -2 is stored for the first fifteen records and for
-// 3_1#5_1 only; those of 7_5 and 3_1#5_1 are not the polynomials' own, and hosts may rely on them.
+// In order of the knot ordinal. The value at -2 is stored for the first fifteen records, for
+// 3_1#5_1 and for the failure classes only; those of 7_5 and 3_1#5_1 are not the polynomials' own,
+// and hosts may rely on them.
 const KnotRecord kKnots[42] = {
     {{1}, 1, 1, "01"},
     {{1, -1, 1}, 7, 13, "3_1"},
@@ -51,16 +52,19 @@ const KnotRecord kKnots[42] = {
     {{1}, 0, 0, "-2"},
 };
 
-bool equal(const KnotRecord& a, const KnotRecord& b) {
-  return a.valueAtMinus2 == b.valueAtMinus2 && a.valueAtMinus3 == b.valueAtMinus3 &&
-         a.poly == b.poly && a.name == b.name;
-}
+bool has_value_at_minus_2(int ordinal) { return ordinal < 15 || ordinal == 37 || ordinal > 38; }
 
 }  // namespace
 
-// Every projection fills the table, which a host may have written to; mostly it is as it was.
+// Every projection fills the table, which a host may have written to; mostly it is as it was. What
+// a host keeps in a value at -2 that is not stored stays there.
 void FillKnotsArray() {
   for (int ordinal = 0; ordinal < 42; ++ordinal) {
-    if (!equal(knotsArray[ordinal], kKnots[ordinal])) knotsArray[ordinal] = kKnots[ordinal];
+    const KnotRecord& stored = kKnots[ordinal];
+    KnotRecord& record = knotsArray[ordinal];
+    if (record.poly != stored.poly) record.poly = stored.poly;
+    if (has_value_at_minus_2(ordinal)) record.valueAtMinus2 = stored.valueAtMinus2;
+    record.valueAtMinus3 = stored.valueAtMinus3;
+    if (record.name != stored.name) record.name = stored.name;
   }
 }

@@ -120,6 +120,19 @@ TEST_F(KnotTable, FillingAgainMendsAndAppendsNothing) {
   EXPECT_EQ(knotsArray[4].valueAtMinus3, 29);
 }
 
+TEST_F(KnotTable, FillingWritesNoValueAtMinusTwoButThoseItStores) {
+  for (KnotRecord& record : knotsArray) record = {{7}, -5, -5, "scribbled"};
+  FillKnotsArray();
+  for (int k = 0; k < 42; ++k) {
+    const bool is_stored = k <= 14 || k == 37 || k >= 39;
+    EXPECT_EQ(knotsArray[k].valueAtMinus2 == -5, !is_stored) << k;
+    EXPECT_NE(knotsArray[k].valueAtMinus3, -5) << k;
+    EXPECT_NE(knotsArray[k].poly, std::vector<int>{7}) << k;
+    EXPECT_NE(knotsArray[k].name, "scribbled") << k;
+    knotsArray[k].valueAtMinus2 = 0;
+  }
+}
+
 // In a process of its own, where nothing has filled the table.
 TEST(KnotTableDeathTest, IsEmptyBeforeTheFirstFill) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");
