@@ -4,6 +4,7 @@
 #include <stdlib.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
 #include <climits>
 #include <cstring>
@@ -28,10 +29,15 @@ void leave(int signal_number) {
   raise(signal_number);
 }
 
+// An interrupt and what else ends a program from outside: requests, a reader that went away,
+// limits.
+constexpr std::array kLeavingSignals = {SIGINT,  SIGTERM, SIGHUP, SIGQUIT,
+                                        SIGPIPE, SIGXCPU, SIGXFSZ};
+
 sigset_t leaving_signals() {
   sigset_t set;
   sigemptyset(&set);
-  for (const int number : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&set, number);
+  for (const int number : kLeavingSignals) sigaddset(&set, number);
   return set;
 }
 
@@ -41,7 +47,7 @@ void leave_cleanly_when_interrupted() {
   struct sigaction action {};
   action.sa_handler = leave;
   action.sa_mask = leaving_signals();
-  for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
+  for (const int number : kLeavingSignals) {
     struct sigaction previous {};
     sigaction(number, nullptr, &previous);
     if (previous.sa_handler != SIG_IGN) sigaction(number, &action, nullptr);

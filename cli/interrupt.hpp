@@ -6,9 +6,10 @@
 
 namespace korvex::cli {
 
-// From now on an interrupt (Ctrl-C) ends the program with exit status 130; a hang-up or a request
-// to terminate ends it as they do by default. Either removes the partial file first. A signal that
-// was ignored at the start stays ignored.
+// From now on an interrupt (Ctrl-C) ends the program with exit status 130; a hang-up, a request to
+// terminate, a pipe that nobody reads any more or a limit that is reached end it as they do by
+// default. Each removes the partial file first. A signal that was ignored at the start stays
+// ignored.
 void leave_cleanly_when_interrupted();
 
 // Creates and opens nothing but a name: makes an empty file from `pattern`, whose last six

@@ -55,8 +55,7 @@ OutputFile::OutputFile(std::string name) : name_(std::move(name)) {
 OutputFile::~OutputFile() {
   if (partial_.empty()) return;
   stream_.close();
-  unlink(partial_.c_str());
-  release_partial_file();
+  remove_partial_file();
 }
 
 void OutputFile::choose_destination() {
@@ -90,6 +89,14 @@ void OutputFile::open_partial_file() {
                                     directory.string() + "': " + reason());
   }
   stream_.open(partial_, std::ios::in | std::ios::out | std::ios::trunc);
+  if (!replaceable_)
+    remove_partial_file();  // nothing needs its name: however this ends, it is gone
+}
+
+void OutputFile::remove_partial_file() {
+  unlink(partial_.c_str());
+  partial_.clear();
+  release_partial_file();
 }
 
 void OutputFile::publish() {

@@ -32,6 +32,7 @@ class OutputFile {
  private:
   void choose_destination();
   void open_partial_file();
+  void remove_partial_file();
   void replace_destination();
   void send_to_destination();
 

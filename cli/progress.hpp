@@ -6,7 +6,8 @@
 
 namespace korvex::cli {
 
-// Silent when standard error is not a terminal.
+// Silent when standard error is not a terminal. The line never runs on into a second one: of a long
+// `what` the end is shown. Whoever writes to the terminal destroys the progress first.
 class Progress {
  public:
   Progress();

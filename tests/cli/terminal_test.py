@@ -3,15 +3,19 @@
 
 usage: terminal_test.py KORVEX
 """
+import fcntl
 import os
 import pathlib
 import pty
 import random
 import re
+import resource
 import signal
+import struct
 import subprocess
 import sys
 import tempfile
+import termios
 import unittest
 
 KORVEX = os.path.abspath(sys.argv.pop(1))
@@ -41,6 +45,25 @@ def on_terminal(arguments, directory):
     output = process.stdout.read()
     process.stdout.close()
     return process.wait(), output.decode(), shown.decode()
+
+
+def all_on_terminal(arguments, directory, columns):
+    """What a terminal of that width was sent by both streams."""
+    master, slave = pty.openpty()
+    fcntl.ioctl(slave, termios.TIOCSWINSZ, struct.pack("HHHH", 24, columns, 0, 0))
+    process = subprocess.Popen(
+        [KORVEX, *arguments], cwd=directory, stdin=subprocess.DEVNULL, stdout=slave, stderr=slave
+    )
+    os.close(slave)
+    shown = b""
+    try:
+        while block := os.read(master, 65536):
+            shown += block
+    except OSError:  # the terminal's other side is closed
+        pass
+    os.close(master)
+    process.wait()
+    return shown.decode().replace("\r\n", "\n")
 
 
 class InTemporaryDirectory(unittest.TestCase):
@@ -172,6 +195,42 @@ class EngineInterrupts(InTemporaryDirectory):
         self.assertEqual(self.left_behind(), [])
 
 
+class ReadersThatGoAway(InTemporaryDirectory):
+    def test_standard_output_leaves_no_partial_file(self):
+        result = subprocess.Popen(
+            [KORVEX, "fingerprint", PROTEIN, "-o", "-", "--format", "tsv"],
+            env={**os.environ, "TMPDIR": self.directory},
+            stdout=subprocess.PIPE,
+        )
+        result.stdout.close()
+        self.assertEqual(result.wait(), -signal.SIGPIPE)
+        self.assertEqual(self.left_behind(), [])
+
+    def test_standard_error_leaves_no_partial_file(self):
+        gap = str(DATA / "proteins" / "4g6m_fab_merged_gap.pdb")
+        reading, writing = os.pipe()
+        os.close(reading)
+        result = subprocess.Popen(
+            [KORVEX, "fingerprint", gap, "-o", "out.npz"], cwd=self.directory, stderr=writing
+        )
+        os.close(writing)
+        self.assertEqual(result.wait(), -signal.SIGPIPE)
+        self.assertEqual(self.left_behind(), [])
+
+    def test_file_size_limit_leaves_no_partial_file(self):
+        def limit():
+            resource.setrlimit(resource.RLIMIT_FSIZE, (1000, 1000))
+
+        result = subprocess.run(
+            [KORVEX, "fingerprint", PROTEIN, "-o", "out.tsv"],
+            cwd=self.directory,
+            preexec_fn=limit,
+            check=False,
+        )
+        self.assertEqual(result.returncode, -signal.SIGXFSZ)
+        self.assertEqual(self.left_behind(), [])
+
+
 class EngineProgress(InTemporaryDirectory):
     RUNS = [
         ["knot", PROTEIN, "--trials", "20000"],
@@ -188,6 +247,22 @@ class EngineProgress(InTemporaryDirectory):
                 r"2efv_CA\.pdb chain A \[#* *\] +\d+ % \d[\d.]* (closures|directions)/s, \d+ s left",
             )
             self.assertTrue(shown.endswith("\r\033[K"), repr(shown[-40:]))
+
+    def test_answers_stand_in_lines_of_their_own(self):
+        for arguments in ["knot", PROTEIN, PROTEIN], ["locate", PROTEIN], ["knot", PROTEIN, "--classic"]:
+            shown = all_on_terminal(arguments, self.directory, 200)
+            self.assertIn("3_1", shown)
+            for line in shown.split("\n"):
+                left = line.rpartition("\r\033[K")[2]
+                self.assertNotRegex(left, r"\[#* *\]|trials$", repr(line))
+
+    def test_bar_keeps_to_one_line_of_a_narrow_terminal(self):
+        for columns in (80, 50, 20, 3):
+            shown = all_on_terminal(["locate", PROTEIN, "--directions", "1000"], self.directory, columns)
+            bars = [text.split("\n")[0] for text in shown.split("\r\033[K")[1:-1]]
+            self.assertGreater(len(bars), 1)
+            for bar in bars:
+                self.assertLess(len(bar), columns)
 
     def test_bar_never_falls(self):
         _, _, shown = on_terminal(self.RUNS[2], self.directory)
