@@ -37,7 +37,7 @@ struct KORVEX_API KnotIdentity {
   // The types of the catalogue that the diagram may be of, in its order; none when all are
   // excluded.
   std::vector<const KnotType*> candidates;
-  // Where the simplified diagram is visibly a connected sum: its summands, by name. They may be
+  // Where the simplest diagram found is visibly a connected sum: its summands, by name. They may be
   // known where the sum has too many crossings for the catalogue; its name is then made of theirs.
   std::vector<KnotIdentity> summands;
   Evidence evidence = Evidence::kDiagram;
@@ -46,18 +46,20 @@ struct KORVEX_API KnotIdentity {
   // unknot where a diagram of at most 22 crossings has Jones polynomial 1 (R. E. Tuzun and A. S.
   // Sikora, J. Knot Theory Ramif. 27, 1840009 (2018)). Else the name says which type to 10
   // crossings agrees in all of its Alexander, HOMFLY-PT or Jones polynomials, signature and
-  // parabolic colourings for p = 5, 7, 11 that could be computed.
+  // parabolic colourings for p = 5, 7, 11, 13 that could be computed.
   bool proven = false;
-  std::size_t crossings = 0;  // of the simplified diagram
+  std::size_t crossings = 0;  // of the simplest diagram found, no more than when simplified
   std::uint64_t alexander_key = 1;
   // Where there is no candidate and the diagram, which is no visible sum, has at most 200
   // crossings.
   std::optional<AlexanderPolynomial> alexander;
 };
 
-// The knot type of a diagram. Simplifies it first. The Alexander key leaves a few types of the
-// catalogue, or none; HOMFLY-PT, or Jones where the diagram is too large for that, tells them and
-// their hands apart; where types still agree the signature may, and then the parabolic
+// The knot type of a diagram. Simplifies it first; where that leaves a prime part of 11 to 40
+// crossings whose type is not proven, looks through about 100 diagrams that moves III lead to for
+// one that can be simplified further or shows a connected sum. The Alexander key leaves a few types
+// of the catalogue, or none; HOMFLY-PT, or Jones where the diagram is too large for that, tells
+// them and their hands apart; where types still agree the signature may, and then the parabolic
 // colourings for p = 5, 7, 11: together these tell all types of the catalogue apart. A diagram of
 // more than 10 crossings may be of a knot that the catalogue lacks: even a single type then has to
 // agree in all of these, as far as the diagram is not too large for them. An alternating diagram

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "engine/catalogue/hand_rule.hpp"
+#include "engine/diagram/prime_parts.hpp"
 #include "engine/identify/canonical_code.hpp"
 #include "korvex/signature.hpp"
 #include "support/diagrams.hpp"
@@ -136,6 +137,54 @@ TEST(Identify, NamesASumTheSameWhetherOrNotItsDiagramShowsIt) {
   }
 }
 
+struct Drawn {
+  const char* name;  // of the type whose HOMFLY-PT polynomial the diagram's knot has
+  const char* code;
+};
+
+struct Braid {
+  const char* name;
+  int strands;
+  std::vector<int> word;
+};
+
+// Pass moves end with a diagram of 13 crossings that neither shows the sum nor has fewer.
+TEST(Identify, FindsTheSummandsOfADiagramThatDoesNotShowThem) {
+  for (const Braid& braid :
+       {Braid{"4_1#+7_1", 5, {-3, 2, 2, 2, 2, 1, -4, 3, 2, 3, 3, -4, 3, 2}},
+        Braid{"+3_1#-8_2", 4, {-2, 3, 1, -2, -1, 2, -1, 2, 1, -2, 1, -1, -2, -2, 3}},
+        Braid{"-3_1#+8_21", 4, {2, 1, -3, -1, 2, 3, -2, -1, 2, 2, -3, 2, 3, -2, 1, -2, -3}}}) {
+    const auto code = support::closed_braid(braid.strands, braid.word);
+    const Diagram diagram = Diagram::of_gauss_code(code).simplified();
+    EXPECT_EQ(diagram.crossings(), 13U) << braid.name;
+    EXPECT_EQ(prime_parts(diagram.code()).size(), 1U) << braid.name;
+    for (const Diagram& same : {diagram, diagram.reversed()}) {
+      const KnotIdentity identity = identify(same);
+      EXPECT_EQ(identity.name, braid.name);
+      EXPECT_TRUE(identity.proven) << braid.name;
+    }
+  }
+}
+
+// Diagrams of 11 to 15 crossings that pass moves do not shorten.
+TEST(Identify, ProvesANameByADiagramThatMovesOfTheThirdKindLeadTo) {
+  for (const Drawn& known :
+       {Drawn{"-10_106",
+              "O1+U2-O3-U4-U5-O6-U7+O8+O2-U9+O10+U11-U6-O12-U13-O5-O14-U10+O15+U1+O9+"
+              "U3-U12-O13-O4-U14-O11-O7+U8+U15+"},
+        Drawn{"-8_10", "U1-O2+U3-U4+O5-O6+U7-O3-O8-O9-U10-U5-O11+O7-U2+U8-O4+U11+U6+O1-U9-O10-"},
+        Drawn{"+10_62",
+              "O1+O2-U3+O4+O5+U6+O7+U8+O9+U1+O10-O3+U11-U5+O6+U7+O8+U9+O12-U10-U2-O11-"
+              "U4+U12-"}}) {
+    const Diagram diagram = Diagram::of_gauss_code(known.code);
+    EXPECT_EQ(diagram.simplified(), diagram) << known.name;
+    const KnotIdentity identity = identify(diagram);
+    EXPECT_EQ(identity.name, known.name);
+    EXPECT_TRUE(identity.proven) << known.name;
+    EXPECT_LE(identity.crossings, 10U) << known.name;
+  }
+}
+
 TEST(Identify, TellsPrimeFromCompositeWhereHomflyDoesNot) {
   const KnotType& prime = *find_knot_type("+9_12");
   const KnotType& composite = *find_knot_type("4_1#+5_2");
@@ -144,13 +193,8 @@ TEST(Identify, TellsPrimeFromCompositeWhereHomflyDoesNot) {
   EXPECT_EQ(identify(Diagram::of_gauss_code(composite.gauss_code)).name, composite.name);
 }
 
-struct Double {
-  const char* name;  // of the type whose HOMFLY-PT polynomial the diagram's knot has
-  const char* code;
-};
-
 // Diagrams of 11 and 12 crossings whose knots the catalogue lacks.
-constexpr Double kDoubles[] = {
+constexpr Drawn kDoubles[] = {
     {"+7_1", "O1+U2-O3-U4+O5+U6-U7+O8+O2-U9+O4+O10+U11+U5+O12+O7+U8+U1+O9+U3-U10+O11+O6-U12+"},
     {"+8_2", "U1+O2+U3-O4-U5-U6+O7+O8-U2+O9+U4-O5-U10+O1+U11+O12+U8-O3-U9+O10+O6+U7+U12+O11+"},
     {"4_1#4_1", "U1-O2+U3+O4-O5+U6+U7-O1-O8+U9+O6+U5+U10-O11-U12-O3+U2+U8+O9+O12-U11-O10-U4-O7-"},
@@ -162,7 +206,7 @@ constexpr Double kDoubles[] = {
 // Some differ in their signature, the others in their parabolic colourings.
 TEST(Identify, DoesNotNameAKnotForItsHomflyPolynomialAlone) {
   std::set<Evidence> evidence;
-  for (const Double& known : kDoubles) {
+  for (const Drawn& known : kDoubles) {
     const Diagram diagram = Diagram::of_gauss_code(known.code);
     ASSERT_EQ(homfly(diagram), find_knot_type(known.name)->homfly) << known.name;
     ASSERT_EQ(diagram.simplified().crossings(), diagram.crossings()) << known.name;

@@ -13,6 +13,7 @@
 
 #include "engine/diagram/prime_parts.hpp"
 #include "engine/identify/canonical_code.hpp"
+#include "engine/identify/diagram_search.hpp"
 #include "korvex/colourings.hpp"
 #include "korvex/homfly.hpp"
 #include "korvex/jones.hpp"
@@ -28,7 +29,7 @@ constexpr std::size_t kMostCrossingsForSignature = 100;
 
 // Of these, each type of the catalogue that shares its HOMFLY-PT polynomial and its signature with
 // another, or with its mirror image, differs for some p; and so do most knots beyond it.
-constexpr int kPrimesOfColourings[] = {5, 7, 11};
+constexpr int kPrimesOfColourings[] = {5, 7, 11, 13};
 
 using Candidates = std::vector<const KnotType*>;
 
@@ -263,10 +264,22 @@ KnotIdentity sum_of(std::vector<KnotIdentity> parts, Detail detail) {
   return sum;
 }
 
+bool may_be_simpler(const GaussCode& part, const KnotIdentity& identity) {
+  constexpr std::size_t kMostCrossings = 40;
+  return !identity.proven && identity.crossings <= kMostCrossings && !is_alternating(part);
+}
+
 KnotIdentity identify_anew(const GaussCode& code, Detail detail) {
   std::vector<KnotIdentity> summands;
-  for (const GaussCode& part : prime_parts(code))
-    summands.push_back(PartIdentification(part, detail).identify());
+  for (const GaussCode& part : prime_parts(code)) {
+    KnotIdentity summand = PartIdentification(part, detail).identify();
+    if (!may_be_simpler(part, summand)) {
+      summands.push_back(std::move(summand));
+      continue;
+    }
+    for (const GaussCode& simpler : searched_parts(canonical_diagram(part)))
+      summands.push_back(PartIdentification(simpler, detail).identify());
+  }
   return sum_of(std::move(summands), detail);
 }
 

@@ -1,0 +1,56 @@
+#include "engine/identify/diagram_search.hpp"
+
+#include <cstddef>
+#include <deque>
+#include <optional>
+#include <string>
+#include <unordered_set>
+#include <utility>
+
+#include "engine/diagram/code_reduction.hpp"
+#include "engine/diagram/pass_moves.hpp"
+#include "engine/diagram/prime_parts.hpp"
+#include "engine/diagram/third_moves.hpp"
+#include "engine/identify/canonical_code.hpp"
+
+namespace korvex {
+namespace {
+
+// A diagram with fewer crossings than the given one or of several parts, in parts.
+std::optional<std::vector<GaussCode>> simpler_parts(const GaussCode& part) {
+  constexpr std::size_t kMostDiagrams = 100;
+  CodeReduction reduction;
+  PassMoves pass_moves;
+  std::unordered_set<std::string> seen{canonical_code(part)};
+  std::deque<GaussCode> waiting{part};
+  for (; !waiting.empty(); waiting.pop_front()) {
+    for (GaussCode& moved : third_moves(waiting.front())) {
+      if (!seen.insert(canonical_code(moved)).second) continue;
+      pass_moves.simplify(moved, reduction);
+      std::vector<GaussCode> parts = prime_parts(moved);
+      if (parts.size() != 1 || parts.front().size() < part.size()) return parts;
+      if (seen.size() == kMostDiagrams) return std::nullopt;
+      waiting.push_back(std::move(moved));
+    }
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+std::vector<GaussCode> searched_parts(const GaussCode& part) {
+  std::vector<GaussCode> found;
+  std::vector<GaussCode> waiting{part};
+  while (!waiting.empty()) {
+    GaussCode code = std::move(waiting.back());
+    waiting.pop_back();
+    if (auto parts = simpler_parts(code)) {
+      for (GaussCode& simpler : *parts) waiting.push_back(std::move(simpler));
+    } else {
+      found.push_back(std::move(code));
+    }
+  }
+  return found;
+}
+
+}  // namespace korvex

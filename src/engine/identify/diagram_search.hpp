@@ -1,0 +1,17 @@
+// A search for a simpler diagram of a knot, where no move at hand takes a crossing away.
+#pragma once
+
+#include <vector>
+
+#include "engine/diagram/gauss_code.hpp"
+
+namespace korvex {
+
+// The prime parts of the simplest diagram found. `part` is a prime part that pass moves leave as
+// it is: its diagrams with as many crossings, moves III apart, are looked through breadth first
+// until pass moves shorten one or one shows a connected sum, and then the parts of that one. The
+// parts are `part` alone where about a hundred diagrams show neither. A function of the diagram as
+// a point set on the sphere and of where its code begins.
+std::vector<GaussCode> searched_parts(const GaussCode& part);
+
+}  // namespace korvex
