@@ -58,14 +58,22 @@ class KnotPrinter {
   }
 
  private:
+  // As many as one vote more or less shows in.
+  static int decimals_for(std::size_t trials) {
+    constexpr std::size_t kTenths = 1000;
+    constexpr std::size_t kHundredths = 10'000;
+    return trials < kTenths ? 0 : trials < kHundredths ? 1 : 2;
+  }
+
   void add_text(const Chain& chain, const Votes& votes) const {
     out_ << title_of(chain) << ": ";
     const char* separator = "";
     for (const TypeVotes& type : votes.types) {
       out_ << separator << type.type;
       if (votes.trials > 1)
-        out_ << fmt::format(" {:.0f} % [{:.0f}-{:.0f}]", 100 * type.share, 100 * type.interval.low,
-                            100 * type.interval.high);
+        out_ << fmt::format(" {0:.{3}f} % [{1:.{3}f}-{2:.{3}f}]", 100 * type.share,
+                            100 * type.interval.low, 100 * type.interval.high,
+                            decimals_for(votes.trials));
       separator = ", ";
     }
     out_ << fmt::format(" ({} {}, {} {}", chain.points.size(),

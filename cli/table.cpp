@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <iostream>
 #include <memory>
 #include <nlohmann/json.hpp>
@@ -66,6 +67,36 @@ nlohmann::ordered_json as_json(const KnotType& type) {
           {"gauss_code", type.gauss_code}};
 }
 
+std::vector<std::string> factors_of(const std::string& name) {
+  std::vector<std::string> factors(1);
+  for (const char c : name) {
+    if (c == '#') {
+      factors.emplace_back();
+    } else {
+      factors.back() += c;
+    }
+  }
+  return factors;
+}
+
+// A factor without a hand stands for either.
+bool matches(const std::string& factor, const std::string& wanted) {
+  const bool has_hand = factor.front() == '+' || factor.front() == '-';
+  return factor == wanted || (has_hand && factor.substr(1) == wanted);
+}
+
+// Whether `name`, whose factors may stand in any order, means the type.
+bool is_named(const KnotType& type, const std::string& name) {
+  const std::vector<std::string> factors = factors_of(type.name);
+  std::vector<std::string> wanted = factors_of(name);
+  if (wanted.size() != factors.size()) return false;
+  std::sort(wanted.begin(), wanted.end());
+  do {
+    if (std::equal(factors.begin(), factors.end(), wanted.begin(), matches)) return true;
+  } while (std::next_permutation(wanted.begin(), wanted.end()));
+  return false;
+}
+
 // Types by name, both hands of a name without one, or all that the other options leave.
 std::vector<const KnotType*> chosen(const Options& options) {
   std::vector<const KnotType*> types;
@@ -78,7 +109,7 @@ std::vector<const KnotType*> chosen(const Options& options) {
   for (const std::string& name : options.names) {
     const std::size_t before = types.size();
     for (const KnotType& type : catalogue())
-      if (type.name == name || type.plain == name) types.push_back(&type);
+      if (is_named(type, name)) types.push_back(&type);
     if (types.size() == before)
       throw Failure(Exit::kSomeInputsFailed, "the catalogue has no knot '" + name +
                                                  "': names are such as 3_1, +5_2, "

@@ -17,8 +17,9 @@
 //
 // Errors: Error with code kCannotRead (no such file, a directory, longer than 4 GiB, ...),
 // kBadInput (a text that breaks its format's rules anywhere, a number that is not finite, a gap
-// that GapPolicy::kReject forbids) or kInvalidArgument (a selection that nothing meets). The
-// message names file and line and says what to do.
+// that GapPolicy::kReject forbids) or kInvalidArgument (a selection that nothing meets, or a chain
+// that no selected model has: thrown at the end, when all others have been visited). The message
+// names file and line and says what to do.
 //
 // Complexity: time linear in the input, up to sorting; the whole input and one model are held in
 // memory. Thread contract: safe from any number of threads on sources of their own.

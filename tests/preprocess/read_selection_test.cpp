@@ -68,6 +68,29 @@ TEST(ReadChains, NoChainIsReadThatTheProteinsDoNotHave) {
   EXPECT_EQ(korvex::read_chains(data("1ztu.pdb")).size(), 1U);
 }
 
+TEST(ReadChains, ChainThatIsMissingIsToldWhenTheOthersHaveBeenVisited) {
+  std::vector<std::string> visited;
+  const auto visit = [&visited](Chain&& read) {
+    visited.push_back(read.name);
+    return true;
+  };
+  try {
+    korvex::visit_chains(data("4hhb.pdb"), {.chains = {"B", "Z", "D"}}, visit);
+    FAIL() << "nothing was thrown";
+  } catch (const Error& error) {
+    EXPECT_EQ(error.code(), ErrorCode::kInvalidArgument);
+    EXPECT_TRUE(contains(error.what(), "no chain named 'Z' is there")) << error.what();
+    EXPECT_TRUE(contains(error.what(), "A, B, C, D")) << error.what();
+  }
+  EXPECT_EQ(visited, std::vector<std::string>({"B", "D"}));
+}
+
+TEST(ReadChains, FramesWithoutAtomsAreToldAsSuch) {
+  EXPECT_EQ(complaint("0\n\n"), "text: holds no atoms; give a chain's coordinates");
+  EXPECT_EQ(complaint("1\n\nC 1 2 3\n", {.atom = "N"}),
+            "text: holds no atom of the kind 'N'; name another");
+}
+
 TEST(ReadChains, ModelsAreSelectedByRangeAndStep) {
   EXPECT_EQ(korvex::read_chains(data("1l2y.pdb")).size(), 38U);
   std::vector<std::int64_t> models;

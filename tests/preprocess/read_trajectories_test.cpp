@@ -129,7 +129,7 @@ TEST(ReadLammps, MalformedDumpsAreNamed) {
   EXPECT_TRUE(contains(complaint(dump("id x y z", "1 0 0 inf\n", 1)), "text:10: the z coord"));
   EXPECT_TRUE(contains(complaint(dump("id x y z", "1.5 0 0 0\n", 1)), "where the id belongs"));
   EXPECT_TRUE(contains(complaint(dump("id x y z", "1 0 0 0\n1 1 0 0\n", 2)), "id 1 occurs twice"));
-  EXPECT_TRUE(contains(complaint(dump("id x y z", "", 0)), "no polymer chain"));
+  EXPECT_TRUE(contains(complaint(dump("id x y z", "", 0)), "holds no atoms"));
   EXPECT_TRUE(contains(complaint(dump("id x y z", "1 0 0 0\n", 1) + "ITEM: TIMESTEP\n1\n"),
                        "ends within a frame"));
   EXPECT_TRUE(

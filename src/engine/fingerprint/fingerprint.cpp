@@ -103,7 +103,7 @@ class Computation {
   }
 
   void vote(const Ends& ends, Worker& worker) const {
-    const GeneralView view = general_view(chain_, ends.first);
+    const GeneralView view = general_view(chain_, ends.first, Curve::kOpen, run_);
     if (options_.every_sub_chain) {
       vote_one_by_one(view, ends, worker);
     } else if (options_.closure == Closure::kRays) {

@@ -4,6 +4,7 @@
 #include <atomic>
 #include <exception>
 #include <mutex>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -91,8 +92,13 @@ void for_each_piece(const Run& run, std::size_t pieces,
   {
     std::vector<std::jthread> helpers;
     const unsigned workers = worker_count(run, pieces);
-    for (unsigned worker = 1; worker < workers; ++worker)
-      helpers.emplace_back([&board, &task, worker] { board.work(task, worker); });
+    helpers.reserve(workers);
+    try {
+      for (unsigned worker = 1; worker < workers; ++worker)
+        helpers.emplace_back([&board, &task, worker] { board.work(task, worker); });
+    } catch (const std::system_error&) {
+      // The system gives no more threads: those that there are do all the work.
+    }
     board.work(task, 0);
   }
   board.rethrow();

@@ -55,6 +55,15 @@ void parse(Format format, std::string_view text, const std::string& name,
   }
 }
 
+std::string nothing_to_trace(Format format, const std::string& atom) {
+  const bool has_residues =
+      format == Format::kPdb || format == Format::kMmcif || format == Format::kGro;
+  if (!has_residues && atom.empty()) return "holds no atoms; give a chain's coordinates";
+  if (!has_residues) return "holds no atom of the kind " + in_quotes(atom) + "; name another";
+  return atom.empty() ? "holds no polymer chain with CA or P atoms; name the atom to trace"
+                      : "holds no polymer atom named " + in_quotes(atom) + "; name another";
+}
+
 }  // namespace
 
 void each_chain(std::string bytes, const std::string& name, const ReadOptions& options,
@@ -73,32 +82,45 @@ void each_chain(std::string bytes, const std::string& name, const ReadOptions& o
     if (any && !selects_model(options.models, model.number)) return;
     for (Chain& chain : traces_of(model, options.atom)) chain_sink(std::move(chain));
   };
-  parse(detect_format(text, name), text, name, options, model_sink, chain_sink);
-  if (any) return;
-  fail_at(name, 0,
-          options.atom.empty()
-              ? "holds no polymer chain with CA or P atoms; name the atom to trace"
-              : "holds no polymer atom named " + in_quotes(options.atom) + "; name another");
+  const Format format = detect_format(text, name);
+  parse(format, text, name, options, model_sink, chain_sink);
+  if (!any) fail_at(name, 0, nothing_to_trace(format, options.atom));
 }
 
 namespace {
 
 struct StopReading {};
 
-// What a selection that nothing met could have asked for.
-[[noreturn]] void fail_unmet(const std::string& name, const std::set<std::string>& chains) {
+// The names of chains as a message may show them.
+std::string list_of(const std::set<std::string>& chains) {
   constexpr std::size_t kMost = 20;
-  std::string met;
+  std::string list;
   std::size_t count = 0;
   for (const std::string& chain : chains) {
     if (++count > kMost) break;
-    met += (met.empty() ? "" : ", ") + (chain.empty() ? std::string("(unnamed)") : chain);
+    list += (list.empty() ? "" : ", ") + (chain.empty() ? std::string("(unnamed)") : chain);
   }
-  if (chains.size() > kMost) met += ", ...";
+  return chains.size() > kMost ? list + ", ..." : list;
+}
+
+// Some chains were there; one that is not may be missed.
+void check_wanted(const std::string& name, const std::vector<std::string>& wanted,
+                  const std::set<std::string>& chains) {
+  for (const std::string& chain : wanted) {
+    if (chains.contains(chain)) continue;
+    throw Error(ErrorCode::kInvalidArgument,
+                name + ": no chain named " + in_quotes(chain) +
+                    " is there; the chains of the selected models are " + list_of(chains),
+                name);
+  }
+}
+
+// What a selection that nothing met could have asked for.
+[[noreturn]] void fail_unmet(const std::string& name, const std::set<std::string>& chains) {
   throw Error(ErrorCode::kInvalidArgument,
               name + ": nothing there is selected; " +
                   (chains.empty() ? "no model has one of the wanted numbers"
-                                  : "the chains of the selected models are " + met +
+                                  : "the chains of the selected models are " + list_of(chains) +
                                         "; check their names and residue numbers"),
               name);
 }
@@ -150,6 +172,7 @@ void visit_chains(const Source& source, const ReadOptions& options,
     return;
   }
   if (!any) read::fail_unmet(source.name(), seen);
+  read::check_wanted(source.name(), options.chains, seen);
 }
 
 std::vector<Chain> read_chains(const Source& source, const ReadOptions& options) {
