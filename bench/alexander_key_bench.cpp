@@ -3,7 +3,6 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
-#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -79,16 +78,10 @@ void growth(benchmark::State& state) {
 }
 
 const bool kRegistered = [] {
-  const auto add = [](const std::string& name, auto body) {
-    benchmark::RegisterBenchmark(name.c_str(), body)
-        ->Iterations(1)
-        ->UseManualTime()
-        ->Unit(benchmark::kMicrosecond);
-  };
   for (const std::size_t crossings : {16U, 50U, 100U, 200U, 400U})
-    add("AlexanderKey/" + std::to_string(crossings),
-        [=](benchmark::State& state) { key(state, crossings); });
-  add("AlexanderKey/growth", growth);
+    bench::add_benchmark("AlexanderKey/" + std::to_string(crossings),
+                         [=](benchmark::State& state) { key(state, crossings); });
+  bench::add_benchmark("AlexanderKey/growth", growth);
   return true;
 }();
 

@@ -9,7 +9,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace bench {
@@ -82,17 +81,22 @@ void measure(benchmark::State& state, Make& make, Fast& fast, Plain& plain, Same
   state.counters["ratio"] = plain_seconds / fast_seconds;
 }
 
+// Registers `body` under `name`, to run once a repetition and to report the time itself.
+template <class Body>
+void add_benchmark(const std::string& name, Body body) {
+  benchmark::RegisterBenchmark(name.c_str(), body)
+      ->Iterations(1)
+      ->UseManualTime()
+      ->Unit(benchmark::kMicrosecond);
+}
+
 // Registers the comparison `name`. `make(seed)` gives a fresh input; `fast(input)` and
 // `plain(input)` work on it and leave their results in it; `same(a, b)` compares what they left.
 template <class Make, class Fast, class Plain, class Same>
 void add_comparison(const std::string& name, Make make, Fast fast, Plain plain, Same same) {
-  benchmark::RegisterBenchmark(name.c_str(),
-                               [=](benchmark::State& state) mutable {
-                                 for (auto _ : state) measure(state, make, fast, plain, same);
-                               })
-      ->Iterations(1)
-      ->UseManualTime()
-      ->Unit(benchmark::kMicrosecond);
+  add_benchmark(name, [=](benchmark::State& state) mutable {
+    for (auto _ : state) measure(state, make, fast, plain, same);
+  });
 }
 
 }  // namespace bench

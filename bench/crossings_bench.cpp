@@ -1,9 +1,7 @@
 // The crossings of projected chains.
-#include <array>
 #include <cmath>
 #include <random>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "comparison.hpp"

@@ -157,30 +157,24 @@ void two_threads(benchmark::State& state, Work work) {
   }
 }
 
-template <typename Body>
-void add(const std::string& name, Body body) {
-  benchmark::RegisterBenchmark(name.c_str(), body)
-      ->Iterations(1)
-      ->UseManualTime()
-      ->Unit(benchmark::kMicrosecond);
-}
-
 const bool kRegistered = [] {
   using korvex::Closure;
   for (const Closure closure : {Closure::kRays, Closure::kTwoPoints}) {
     const std::string name(korvex::name_of(closure));
-    add("Vote/" + name + "/protein/331",
-        [=](auto& state) { vote(state, support::protein_like_walk, 331, closure); });
-    add("Vote/" + name + "/coil/1024", [=](auto& state) { vote(state, coil, 1024, closure); });
-    add("Fingerprint/" + name + "/protein/331",
-        [=](auto& state) { fingerprint(state, 331, closure); });
+    bench::add_benchmark("Vote/" + name + "/protein/331", [=](auto& state) {
+      vote(state, support::protein_like_walk, 331, closure);
+    });
+    bench::add_benchmark("Vote/" + name + "/coil/1024",
+                         [=](auto& state) { vote(state, coil, 1024, closure); });
+    bench::add_benchmark("Fingerprint/" + name + "/protein/331",
+                         [=](auto& state) { fingerprint(state, 331, closure); });
   }
-  add("Fingerprint/two_threads/331", [](auto& state) {
+  bench::add_benchmark("Fingerprint/two_threads/331", [](auto& state) {
     two_threads(state, [](const auto& points, const korvex::Run& run) {
       korvex::fingerprint_with(named_by_key, points, {}, run);
     });
   });
-  add("Vote/two_threads/331", [](auto& state) {
+  bench::add_benchmark("Vote/two_threads/331", [](auto& state) {
     two_threads(state, [](const auto& points, const korvex::Run& run) {
       korvex::vote_with(named_by_key, points, {.trials = 2000}, run);
     });

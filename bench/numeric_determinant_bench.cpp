@@ -5,8 +5,8 @@
 
 #include "comparison.hpp"
 #include "korvex.h"
+#include "random_diagrams.hpp"
 #include "reference/reference.hpp"
-#include "support/point_chains.hpp"
 
 namespace {
 
@@ -15,30 +15,13 @@ struct Problem {
   double determinant = 0;
 };
 
-// The crossings of a ring of so many points, drawn until they are `crossings` or up to a fifth
-// more.
-std::vector<Crossing> random_diagram(std::size_t points, std::size_t crossings,
-                                     std::mt19937_64& random) {
-  for (;;) {
-    const support::PointChain ring = support::compact(points, random);
-    std::vector<Edge> edges;
-    for (std::size_t k = 0; k < ring.size(); ++k) {
-      const fPointR3& a = ring[k];
-      const fPointR3& b = ring[(k + 1) % ring.size()];
-      edges.push_back({a.x, a.y, a.z, b.x, b.y, b.z, {}, 0});
-    }
-    std::vector<Crossing> diagram;
-    if (FindAllCrossings(edges, diagram, true) != 0) continue;
-    if (diagram.size() < crossings || diagram.size() > crossings + crossings / 5) continue;
-    FillCrossings(edges, diagram);
-    return diagram;
-  }
-}
-
+// Rings of so many points, drawn until they have `crossings` or up to a fifth more.
 void add(std::size_t points, std::size_t crossings) {
   const auto make = [=](std::uint64_t seed) {
     std::mt19937_64 random(seed);
-    return Problem{CreateFoxMatrix_double(random_diagram(points, crossings, random), 12), 0};
+    const std::vector<Crossing> diagram =
+        bench::random_diagram(points, crossings, crossings + crossings / 5, random);
+    return Problem{CreateFoxMatrix_double(diagram, 12), 0};
   };
   bench::add_comparison(
       "det_double/alexander/" + std::to_string(crossings), make,

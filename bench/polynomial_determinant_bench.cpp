@@ -5,8 +5,8 @@
 
 #include "comparison.hpp"
 #include "korvex.h"
+#include "random_diagrams.hpp"
 #include "reference/reference.hpp"
-#include "support/point_chains.hpp"
 
 namespace {
 
@@ -15,27 +15,13 @@ struct Problem {
   polynomial<int> determinant;
 };
 
-// A ring of as many points as give about that many crossings, drawn until it has exactly so many.
-std::vector<Crossing> random_diagram(std::size_t crossings, std::mt19937_64& random) {
-  for (;;) {
-    const support::PointChain ring = support::compact(10 + crossings, random);
-    std::vector<Edge> edges;
-    for (std::size_t k = 0; k < ring.size(); ++k) {
-      const fPointR3& a = ring[k];
-      const fPointR3& b = ring[(k + 1) % ring.size()];
-      edges.push_back({a.x, a.y, a.z, b.x, b.y, b.z, {}, 0});
-    }
-    std::vector<Crossing> diagram;
-    if (FindAllCrossings(edges, diagram, true) != 0 || diagram.size() != crossings) continue;
-    FillCrossings(edges, diagram);
-    return diagram;
-  }
-}
-
+// Rings of as many points as give about `crossings`, drawn until they have exactly so many.
 void add(std::size_t crossings) {
   const auto make = [=](std::uint64_t seed) {
     std::mt19937_64 random(seed);
-    return Problem{CreateFoxMatrix(random_diagram(crossings, random)), {}};
+    const std::vector<Crossing> diagram =
+        bench::random_diagram(10 + crossings, crossings, crossings, random);
+    return Problem{CreateFoxMatrix(diagram), {}};
   };
   bench::add_comparison(
       "det_poly/alexander/" + std::to_string(crossings), make,

@@ -52,19 +52,13 @@ void growth(benchmark::State& state) {
 }
 
 const bool kRegistered = [] {
-  const auto add = [](const std::string& name, auto body) {
-    benchmark::RegisterBenchmark(name.c_str(), body)
-        ->Iterations(1)
-        ->UseManualTime()
-        ->Unit(benchmark::kMicrosecond);
-  };
   std::vector<std::size_t> lengths{1'000, 3'000, 10'000, 30'000, 100'000};
   if (std::getenv("KORVEX_LONG_BENCH") != nullptr)
     lengths.insert(lengths.end(), {300'000, 1'000'000});
   for (const std::size_t steps : lengths)
-    add("ExamineRing/" + std::to_string(steps),
-        [=](benchmark::State& state) { ring(state, steps); });
-  add("ExamineRing/growth", growth);
+    bench::add_benchmark("ExamineRing/" + std::to_string(steps),
+                         [=](benchmark::State& state) { ring(state, steps); });
+  bench::add_benchmark("ExamineRing/growth", growth);
   return true;
 }();
 
