@@ -1,9 +1,6 @@
 // The closures by the names that users give them.
 #pragma once
 
-#include <string>
-#include <vector>
-
 #include "choice.hpp"
 
 namespace korvex::cli {

@@ -1,9 +1,9 @@
 #include <filesystem>
-#include <iostream>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "chains.hpp"
 #include "command.hpp"
 #include "engine_options.hpp"
 #include "korvex/error.hpp"

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "chains.hpp"
 #include "command.hpp"
 #include "engine_options.hpp"
 #include "korvex/votes.hpp"

@@ -9,7 +9,6 @@
 #include <string>
 
 #include "choice.hpp"
-#include "closure.hpp"
 
 namespace korvex::cli {
 

@@ -1,0 +1,27 @@
+// The chains that the engine's subcommands work on, from file to answer.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "command.hpp"
+#include "korvex/read.hpp"
+
+namespace korvex::cli {
+
+// A file, or standard input for "-".
+Source source_named(const std::string& name);
+
+// "FILE", with model and chain where the file has them.
+std::string title_of(const Chain& chain);
+
+// Throws Error for a closed chain.
+void require_open(const Chain& chain);
+
+// Runs `work` on every chain of `files` that `read` selects. An input that cannot be read or worked
+// on costs one line on standard error, and the rest goes on. Warnings go there, too.
+Exit for_each_chain(const std::vector<std::string>& files, const ReadOptions& read,
+                    const std::function<void(const Chain&)>& work);
+
+}  // namespace korvex::cli
