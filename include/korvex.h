@@ -41,7 +41,7 @@
 
 using boost::math::tools::polynomial;
 
-// ---- Records ------------------------------------------------------------------------------------
+// Records.
 // ChainAtom, CrossingShort and Edge come from preprocess.h.
 
 // A point in space, single precision.
@@ -97,7 +97,7 @@ struct RowFile {
 // The knot table, empty until the first FillKnotsArray.
 KORVEX_API extern KnotRecord knotsArray[42];
 
-// ---- The front: what host programs call first ---------------------------------------------------
+// The front: what host programs call first.
 
 // Determines the knot of the chain in the file `chainFile`, or its fingerprint, as FindKnots does
 // (which takes the last four integers in another order). The result is that of FindKnots.
@@ -159,7 +159,7 @@ KORVEX_API int CalculatesPoly(std::vector<int> coefficients, int x);
 // after the last atom stays.
 KORVEX_API void PrintChain_ToMathematica(const std::vector<ChainAtom>& chain);
 
-// ---- Chain-file driver --------------------------------------------------------------------------
+// Chain-file driver.
 
 // Reads the chain in `chainFile` and answers by `type`: 0 prints the ranked list of its knots on
 // standard output; 2 writes its fingerprint to the file `outputName`; any other is rejected on
@@ -173,7 +173,7 @@ KORVEX_API int FindKnots(int type, char* chainFile, char* outputName, int checkD
                          int netStep, int refineThreshold, int closureType, int trials,
                          unsigned long long polyFlag);
 
-// ---- Chain simplification -----------------------------------------------------------------------
+// Chain simplification.
 
 // a[0]*b[0] + a[1]*b[1] + a[2]*b[2], summed left to right.
 KORVEX_API float ScalarProduct(float* a, float* b);
@@ -196,7 +196,7 @@ KORVEX_API int ChainReduce(std::vector<fPointR3>& chain);
 // `length`; `start` and the size of the pool stay. The last argument is not read.
 KORVEX_API void ChainReduceANY(std::vector<fPointR3>& chain, std::vector<Job>& jobs, bool unused);
 
-// ---- Crossings of one projection ----------------------------------------------------------------
+// Crossings of one projection.
 // All comparisons are exact: nothing here has a tolerance.
 
 // Whether two projected edges cross. `status` 1: they cross at one point strictly inside both, and
@@ -232,7 +232,7 @@ KORVEX_API int FillCrossings(std::vector<Edge>& edges, std::vector<Crossing>& cr
 // Order along an edge: a.position > b.position.
 KORVEX_API bool WayToSortCrossings(CrossingShort a, CrossingShort b);
 
-// ---- Alexander matrix and determinants ----------------------------------------------------------
+// Alexander matrix and determinants.
 
 // The Alexander matrix by Fox calculus: a row a crossing, a column an arc, entries 1 - t, t and -1,
 // the last row removed. The determinants read the leading square block, so that the last arc's
@@ -280,7 +280,7 @@ KORVEX_API std::int64_t Normalize_det_double(double value, int p);
 // Builds a 3 x 3 matrix, discards it and answers 0.
 KORVEX_API int main2();
 
-// ---- Recognition --------------------------------------------------------------------------------
+// Recognition.
 
 // Writes all 42 records of `knotsArray`, but leaves the value at -2 of the records 15..36 and 38 as
 // it is. May be called any number of times.
@@ -331,7 +331,7 @@ KORVEX_API std::string GiveThePolies_toDict(std::map<std::string, float> tally);
 // The share in percent, truncated, of the leading text other than "1".
 KORVEX_API int GiveTheStrenghtOfKnot_poly(std::map<std::string, float> tally);
 
-// ---- Determination of one chain -----------------------------------------------------------------
+// Determination of one chain.
 
 // The invariant of the closed `chain` in a projection direction (see ProjectChain). Up to
 // `maxCrossings` crossings: result 1 and `poly` the normalised Alexander polynomial; above: result
@@ -366,7 +366,7 @@ KORVEX_API std::string removeTrailingZeros(float x);
 KORVEX_API int FindOneKnot(const std::vector<ChainAtom>& chain, int* counts, int closureType,
                            int trials);
 
-// ---- Fingerprint --------------------------------------------------------------------------------
+// Fingerprint.
 
 // Fills `pool` and `jobs` with every sub-chain of `len` atoms and more, unclosed, as far as the
 // byte budget goes; `len` and `nextStart` (0-based) are the cursor to resume from. Result: 1 done,

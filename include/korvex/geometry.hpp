@@ -5,7 +5,7 @@
 
 namespace korvex {
 
-// A point or a vector, in the unit of the input (Angstrom for proteins).
+// A point or a vector, in the unit of the input (ångström for proteins).
 struct Point {
   double x = 0;
   double y = 0;
