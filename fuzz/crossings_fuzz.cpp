@@ -1,7 +1,6 @@
 // The crossings of a projected chain: the fast form against the plain one.
 #include <cstdlib>
 #include <iostream>
-#include <sstream>
 #include <string>
 #include <vector>
 

@@ -1,6 +1,5 @@
 // The determination of one chain: one direction's answer and text, and votes over closures, against
 // the plain pipeline: results, messages and draws.
-#include <cmath>
 #include <cstdlib>
 #include <sstream>
 #include <string>

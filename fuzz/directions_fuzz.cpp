@@ -1,6 +1,5 @@
 // Directions and intervals: unit vectors that the seed fixes, and shares inside their intervals.
 #include <cmath>
-#include <vector>
 
 #include "korvex/closure.hpp"
 #include "korvex/directions.hpp"

@@ -2,7 +2,6 @@
 // located holds in the fingerprint; and all formats can be written.
 #include <algorithm>
 #include <sstream>
-#include <string>
 #include <vector>
 
 #include "korvex/fingerprint.hpp"

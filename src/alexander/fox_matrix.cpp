@@ -4,6 +4,7 @@
 #include "alexander/fox_row.hpp"
 #include "alexander/stored_polynomial.hpp"
 #include "korvex.h"
+#include "records/wrapping.hpp"
 
 namespace {
 

@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "korvex.h"
-#include "records/wrapping.hpp"
 
 namespace korvex::alexander {
 

@@ -13,12 +13,10 @@
 // 4. The answer does not change when the triangle's first and third corner change places, nor when
 //    the edge's ends do.
 // 5. Coordinates must be finite and at most 1 in magnitude, so that what underflows is far below
-// the
-//    bounds.
+//    the bounds.
 #pragma once
 
 #include <algorithm>
-#include <cmath>
 
 #include "preprocess/vec3.hpp"
 

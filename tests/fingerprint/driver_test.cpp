@@ -5,7 +5,6 @@
 #include <iostream>
 #include <string>
 #include <utility>
-#include <vector>
 
 #include "korvex.h"
 #include "support/captured_stream.hpp"

@@ -2,7 +2,6 @@
 
 #include <cstdlib>
 #include <iostream>
-#include <limits>
 #include <vector>
 
 #include "korvex.h"

@@ -2,6 +2,7 @@
 #include <vector>
 
 #include "alexander/stored_polynomial.hpp"
+#include "records/wrapping.hpp"
 #include "reference/reference.hpp"
 
 namespace reference {

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <iomanip>
 #include <locale>
 #include <sstream>
 #include <string>

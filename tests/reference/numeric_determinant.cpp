@@ -1,6 +1,5 @@
 #include <cmath>
 #include <cstddef>
-#include <iostream>
 #include <utility>
 #include <vector>
 

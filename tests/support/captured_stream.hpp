@@ -46,8 +46,6 @@ struct CapturedStreams {
   CapturedStream out{std::cout};
   CapturedStream err{std::cerr};
   CapturedStream log{std::clog};
-
-  bool silent() const { return out.text().empty() && err.text().empty() && log.text().empty(); }
 };
 
 }  // namespace support

@@ -182,8 +182,4 @@ std::uint64_t key_of_polynomial(const std::vector<int>& coefficients) {
   return times(value_at(coefficients, kPoint), value_at(coefficients, inverse(kPoint)));
 }
 
-std::size_t crossing_number(const Chain& ring, std::uint64_t view) {
-  return meetings_of(ring, view).size();
-}
-
 }  // namespace support

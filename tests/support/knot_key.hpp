@@ -18,7 +18,4 @@ std::uint64_t knot_key(const std::vector<ChainAtom>& ring, std::uint64_t view = 
 // The key of a polynomial, coefficients lowest power first.
 std::uint64_t key_of_polynomial(const std::vector<int>& coefficients);
 
-// The number of crossings of that projection.
-std::size_t crossing_number(const std::vector<ChainAtom>& ring, std::uint64_t view = 1);
-
 }  // namespace support

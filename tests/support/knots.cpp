@@ -131,7 +131,6 @@ Chain trefoil_right() { return braid_closure(2, {1, 1, 1}); }
 Chain trefoil_left() { return braid_closure(2, {-1, -1, -1}); }
 Chain figure_eight_polygon() { return braid_closure(3, {1, -2, 1, -2}); }
 Chain cinquefoil_right() { return braid_closure(2, {1, 1, 1, 1, 1}); }
-Chain cinquefoil_left() { return braid_closure(2, {-1, -1, -1, -1, -1}); }
 
 Chain connected_sum(const Chain& a, const Chain& b) {
   const auto half_turn = [](const ChainAtom& p) { return ChainAtom{-p.x, p.y, -p.z, p.id}; };

@@ -24,7 +24,6 @@ Chain trefoil_right();
 Chain trefoil_left();
 Chain figure_eight_polygon();
 Chain cinquefoil_right();
-Chain cinquefoil_left();
 
 // The connected sum: each ring is opened at one of its atoms farthest along x (`a` forwards, `b`
 // backwards), and two edges join them.

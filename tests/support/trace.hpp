@@ -2,8 +2,8 @@
 #pragma once
 
 #include <cstdlib>
-#include <iostream>
 #include <string>
+#include <utility>
 
 #include "support/captured_stream.hpp"
 

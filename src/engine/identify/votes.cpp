@@ -1,9 +1,7 @@
 #include "korvex/votes.hpp"
 
 #include <algorithm>
-#include <cmath>
 #include <memory>
-#include <utility>
 
 #include "engine/diagram/code_reduction.hpp"
 #include "engine/diagram/projection.hpp"

@@ -5,7 +5,6 @@
 // C++17.
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <optional>
 #include <string>

@@ -1,6 +1,5 @@
 // GRO files: frames of a title, a count, that many atoms in fixed columns and a box. The columns of
 // the coordinates are as wide as the distance between their decimal points. Lengths in nanometres.
-#include <algorithm>
 
 #include "preprocess/read/parsers.hpp"
 #include "preprocess/read/text.hpp"

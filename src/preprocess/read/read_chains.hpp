@@ -1,7 +1,6 @@
 // Reading of whole inputs: bytes, format, parser, traces.
 #pragma once
 
-#include <functional>
 #include <string>
 
 #include "preprocess/read/parsers.hpp"

@@ -1,7 +1,6 @@
 // Lines, words and numbers of a text, with the place of each for messages.
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>

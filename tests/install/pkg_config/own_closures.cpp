@@ -3,7 +3,6 @@
 #include <korvex.h>
 
 #include <cmath>
-#include <cstddef>
 #include <iostream>
 #include <numbers>
 #include <sstream>
