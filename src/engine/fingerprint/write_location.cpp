@@ -121,6 +121,7 @@ class Writer {
 
   std::string title() const {
     std::string title = chain_.source.empty() ? "chain" : chain_.source;
+    if (chain_.model != 1) title += " model " + std::to_string(chain_.model);
     if (!chain_.name.empty()) title += " chain " + chain_.name;
     return title;
   }
