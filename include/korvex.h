@@ -282,8 +282,8 @@ KORVEX_API int main2();
 
 // Recognition.
 
-// Writes all 42 records of `knotsArray`, but leaves the value at -2 of the records 15..36 and 38 as
-// it is. May be called any number of times.
+// Writes all 42 records of `knotsArray`; the value at -2 only of the records 0..14 and 37, the
+// others keep theirs. May be called any number of times.
 KORVEX_API void FillKnotsArray();
 
 // True when two polynomials are equal but for trailing zero coefficients.

@@ -122,10 +122,9 @@ void write_rows(std::ostream& out, const std::vector<RowFile>& rows, int matrix_
     return;
   }
   out << "{";
-  const char* separator = "";
-  for (const RowFile& row : rows) {
-    out << separator << row.text;
-    separator = ", ";
+  for (std::size_t k = 0; k < rows.size(); ++k) {
+    if (k > 0) out << ", ";
+    out << rows[k].text;
   }
   out << "}";
 }

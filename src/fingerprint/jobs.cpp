@@ -47,11 +47,12 @@ std::uint64_t estimate(const Job& candidate, int trials) {
 }
 
 // Makes room for the points of the candidates from `next` on, as far as the budget goes, and for
-// what closures add, so that the pool does not grow by copies of itself. Jobs address 2^31 points.
+// what follows each piece, so that the pool does not grow by copies of itself: closures add up to
+// five points, and the last one is pooled three times. Jobs address 2^31 points.
 void reserve(std::vector<fPointR3>& pool, std::vector<Job>& jobs,
              const std::vector<Job>& candidates, unsigned next, int trials,
              unsigned long long memory_limit) {
-  constexpr std::uint64_t kClosure = 32;
+  constexpr std::uint64_t kAdded = 7;
   constexpr std::uint64_t kMostPoints = std::uint64_t{1} << 31;
   const auto copies = static_cast<std::uint64_t>(std::max(trials, 0));
   std::uint64_t points = 0;
@@ -59,7 +60,7 @@ void reserve(std::vector<fPointR3>& pool, std::vector<Job>& jobs,
   for (std::size_t k = next; k < candidates.size() && points < kMostPoints; ++k) {
     if ((estimate(candidates[k], trials) + points) * kBytesPerPoint > memory_limit) break;
     const std::int64_t length = std::int64_t{candidates[k].end} - candidates[k].begin + 1;
-    points += copies * (static_cast<std::uint64_t>(std::max<std::int64_t>(length, 0)) + kClosure);
+    points += copies * (static_cast<std::uint64_t>(std::max<std::int64_t>(length, 0)) + kAdded);
     count += copies;
   }
   pool.reserve(std::min(points, kMostPoints));

@@ -4,9 +4,8 @@ KnotRecord knotsArray[42];
 
 namespace {
 
-// In order of the knot ordinal. The value at -2 is stored for the first fifteen records, for
-// 3_1#5_1 and for the failure classes only; those of 7_5 and 3_1#5_1 are not the polynomials' own,
-// and hosts may rely on them.
+// In order of the knot ordinal. The value at -2 is stored for the first fifteen records and for
+// 3_1#5_1 only; those of 7_5 and 3_1#5_1 are not the polynomials' own, and hosts may rely on them.
 const KnotRecord kKnots[42] = {
     {{1}, 1, 1, "01"},
     {{1, -1, 1}, 7, 13, "3_1"},
@@ -52,7 +51,7 @@ const KnotRecord kKnots[42] = {
     {{1}, 0, 0, "-2"},
 };
 
-bool has_value_at_minus_2(int ordinal) { return ordinal < 15 || ordinal == 37 || ordinal > 38; }
+bool has_value_at_minus_2(int ordinal) { return ordinal < 15 || ordinal == 37; }
 
 }  // namespace
 

@@ -70,12 +70,12 @@ TEST(OneDirection, RefillsATableThatAHostWroteTo) {
   knotsArray[1].poly = {5, 5};
   knotsArray[0].name = "changed";
   knotsArray[38].valueAtMinus3 = 1;
-  knotsArray[41].valueAtMinus2 = 9;
+  knotsArray[3].valueAtMinus2 = 9;
   EXPECT_EQ(FindTheKnotInParticularDirection(ring, 1), 1);
   EXPECT_EQ(knotsArray[0].name, "01");
   EXPECT_EQ(knotsArray[1].poly, (std::vector<int>{1, -1, 1}));
   EXPECT_EQ(knotsArray[38].valueAtMinus3, 377);
-  EXPECT_EQ(knotsArray[41].valueAtMinus2, 0);
+  EXPECT_EQ(knotsArray[3].valueAtMinus2, 31);
 }
 
 TEST(AlexanderPolynomial, EqualsTheNormalisedDeterminantOfTheMatrix) {
