@@ -11,9 +11,11 @@
 #include "engine/geometry/triangle_elimination.hpp"
 #include "engine/random_chains.hpp"
 #include "korvex/alexander.hpp"
+#include "korvex/catalogue.hpp"
 #include "korvex/directions.hpp"
 #include "korvex/error.hpp"
 #include "korvex/votes.hpp"
+#include "support/embedding.hpp"
 
 namespace korvex {
 namespace {
@@ -76,6 +78,24 @@ TEST(RingReport, DoesNotDependOnTheUnitOfLength) {
       EXPECT_EQ(of_scaled.points_left, report.points_left) << seed << " 2^" << exponent;
       EXPECT_EQ(of_scaled.simplified, report.simplified) << seed << " 2^" << exponent;
     }
+  }
+}
+
+// Every third strand runs half its way twice.
+TEST(RingReport, KeepsTheKnotOfARingThatRunsBackOnItself) {
+  for (const char* name : {"+10_107", "+9_40", "-9_32"}) {
+    const auto code = find_knot_type(name)->gauss_code;
+    const auto ring = support::embedded(Diagram::of_gauss_code(code));
+    std::vector<Point> spiked;
+    for (std::size_t k = 0; k < ring.size(); ++k) {
+      spiked.push_back(ring[k]);
+      if (k % 3 != 0) continue;
+      spiked.push_back(0.5 * (ring[k] + ring[(k + 1) % ring.size()]));
+      spiked.push_back(ring[k]);
+    }
+    const std::uint64_t key = alexander_key(Diagram::of_gauss_code(code));
+    for (std::uint64_t seed = 1; seed <= 400; ++seed)
+      EXPECT_EQ(examine_ring(spiked, {.seed = seed}).alexander_key, key) << name << " " << seed;
   }
 }
 

@@ -11,6 +11,9 @@
 namespace korvex {
 namespace {
 
+// How often a direction is turned before the points are moved.
+constexpr unsigned kTurns = 4;
+
 // By how much the points of a chain that touches itself are moved, in parts of its extent.
 constexpr std::array kShakes{1e-9, 1e-9, 1e-8, 1e-7, 1e-6, 1e-5, 1e-4, 1e-4};
 
@@ -43,28 +46,38 @@ void require_usable(std::span<const Point> chain) {
   }
 }
 
-GeneralView general_view(std::span<const Point> chain, const Point& direction, Curve curve,
-                         const Run& run) {
+std::optional<GeneralView> turned_view(std::span<const Point> chain, const Point& direction,
+                                       Curve curve, const Run& run) {
   require_usable(chain);
-  constexpr unsigned kTurns = 4;
   GeneralView view{
       {chain.begin(), chain.end()}, direction, Projection(chain, direction, curve, run)};
   for (unsigned attempt = 0; view.projection.degenerate(); ++attempt) {
-    if (attempt == kTurns + kShakes.size()) refuse();
+    if (attempt == kTurns) return std::nullopt;
     view.direction = nudged(direction, attempt);
-    if (attempt >= kTurns) view.chain = shaken(chain, kShakes[attempt - kTurns], attempt);
-    view.projection = Projection(view.chain, view.direction, curve, run);
+    view.projection = Projection(chain, view.direction, curve, run);
   }
   return view;
 }
 
+GeneralView general_view(std::span<const Point> chain, const Point& direction, Curve curve,
+                         const Run& run) {
+  if (auto view = turned_view(chain, direction, curve, run)) return *std::move(view);
+  for (unsigned attempt = kTurns; attempt < kTurns + kShakes.size(); ++attempt) {
+    const Point turned = nudged(direction, attempt);
+    std::vector<Point> moved = shaken(chain, kShakes[attempt - kTurns], attempt);
+    Projection projection(moved, turned, curve, run);
+    if (!projection.degenerate()) return {std::move(moved), turned, std::move(projection)};
+  }
+  refuse();
+}
+
 LedAway led_away(std::span<const Point> chain, const GeneralView& view, std::int32_t vertex,
                  const Point& onward) {
-  constexpr unsigned kTurns = 6;
+  constexpr unsigned kTurnsOnward = 6;
   const auto led = [&](const Projection& projection) -> std::optional<LedAway> {
     if (auto code = projection.code_led_away(vertex, onward))
       return LedAway{*std::move(code), onward, {}};
-    for (unsigned attempt = 0; attempt < kTurns; ++attempt) {
+    for (unsigned attempt = 0; attempt < kTurnsOnward; ++attempt) {
       const Point turned = nudged(onward, attempt);
       if (auto code = projection.code_led_away(vertex, turned))
         return LedAway{*std::move(code), turned, {}};

@@ -113,6 +113,11 @@ struct GeneralView {
 };
 
 // The given chain and direction where their view is not degenerate. Where it is, the direction is
+// turned by about 1e-5 rad; nothing where that does not help. Throws as general_view() does.
+std::optional<GeneralView> turned_view(std::span<const Point> chain, const Point& direction,
+                                       Curve curve = Curve::kOpen, const Run& run = {});
+
+// The given chain and direction where their view is not degenerate. Where it is, the direction is
 // turned by about 1e-5 rad, and where that does not help (the chain touches itself) the points are
 // moved as well, by 1e-9 of the chain's extent or as little more as helps: the answer is then that
 // of a chain nearby. Throws Error(kInvalidArgument) for a chain that is not usable.

@@ -34,7 +34,13 @@ RingReport examine_ring(std::span<const Point> points, const Run& run) {
       left.push_back(whole.chain[static_cast<std::size_t>(index)]);
   }
   report.points_left = left.size();
-  GaussCode code = general_view(left, direction, Curve::kClosed, run).projection.code();
+  // Strands of a ring that touched itself lie close together now. To move points once more could
+  // pass them through each other; then all points are taken.
+  const auto reduced = turned_view(left, direction, Curve::kClosed, run);
+  GaussCode code = reduced
+                       ? reduced->projection.code()
+                       : general_view(points, random_direction(run.seed, 0), Curve::kClosed, run)
+                             .projection.code();
   CodeReduction reduction;
   PassMoves().simplify(code, reduction, run);
   report.simplified = Diagram(std::move(code));
