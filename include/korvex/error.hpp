@@ -14,7 +14,6 @@ enum class ErrorCode {
   kInvalidArgument,  // an option or a value outside its stated range
   kBadInput,         // a file or a chain that cannot be understood
   kCannotRead,       // a file that cannot be opened or read
-  kCannotWrite,      // a file that cannot be created or written
   kCancelled,        // the caller asked to stop
 };
 

@@ -7,8 +7,6 @@
 #include <functional>
 #include <stop_token>
 
-#include "korvex/export.hpp"
-
 namespace korvex {
 
 struct Run {

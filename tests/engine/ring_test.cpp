@@ -141,5 +141,17 @@ TEST(LongLoops, StopWhenAsked) {
   }
 }
 
+TEST(LongLoops, StopAtAnyStageOfARingsReport) {
+  const auto ring = random_ring(1, 200);
+  for (const double stage : {0.1, 0.3}) {
+    std::stop_source source;
+    korvex::Run run{.stop = source.get_token()};
+    run.progress = [&](double done) {
+      if (done >= stage) source.request_stop();
+    };
+    EXPECT_THROW(examine_ring(ring, run), Error) << stage;
+  }
+}
+
 }  // namespace
 }  // namespace korvex

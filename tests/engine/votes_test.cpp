@@ -280,14 +280,17 @@ TEST(Vote, OfLatticeChainsIsAnswered) {
 }
 
 TEST(Vote, ReportsProgressThatRisesToOne) {
-  for (const std::size_t trials : {0u, 100u}) {
-    std::vector<double> seen;
-    korvex::Run run;
-    run.progress = [&](double fraction) { seen.push_back(fraction); };
-    votes_of(compact_walk(1, 100), {.trials = trials}, run);
-    ASSERT_FALSE(seen.empty());
-    EXPECT_TRUE(std::is_sorted(seen.begin(), seen.end()));
-    EXPECT_EQ(seen.back(), 1);
+  for (int closure = 0; closure < 5; ++closure) {
+    for (const std::size_t trials : {0u, 100u}) {
+      std::vector<double> seen;
+      korvex::Run run;
+      run.progress = [&](double fraction) { seen.push_back(fraction); };
+      const VoteOptions options{.closure = static_cast<Closure>(closure), .trials = trials};
+      votes_of(compact_walk(1, 100), options, run);
+      ASSERT_FALSE(seen.empty()) << closure;
+      EXPECT_TRUE(std::is_sorted(seen.begin(), seen.end())) << closure;
+      EXPECT_EQ(seen.back(), 1) << closure;
+    }
   }
 }
 

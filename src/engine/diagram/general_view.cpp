@@ -72,7 +72,7 @@ GeneralView general_view(std::span<const Point> chain, const Point& direction, C
 }
 
 LedAway led_away(std::span<const Point> chain, const GeneralView& view, std::int32_t vertex,
-                 const Point& onward) {
+                 const Point& onward, const Run& run) {
   constexpr unsigned kTurnsOnward = 6;
   const auto led = [&](const Projection& projection) -> std::optional<LedAway> {
     if (auto code = projection.code_led_away(vertex, onward))
@@ -88,7 +88,7 @@ LedAway led_away(std::span<const Point> chain, const GeneralView& view, std::int
   for (unsigned attempt = 0; attempt < kShakes.size(); ++attempt) {
     // Other moves than those of general_view(), which may have led to where this began.
     std::vector<Point> moved = shaken(chain, kShakes[attempt], attempt + 100);
-    Projection projection(moved, view.direction);
+    Projection projection(moved, view.direction, Curve::kOpen, run);
     if (projection.degenerate()) continue;
     auto away = led(projection);
     if (!away) continue;

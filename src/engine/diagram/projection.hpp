@@ -136,6 +136,6 @@ struct LedAway {
 // passes through the vertex) the points are moved as general_view() does. Throws
 // Error(kInvalidArgument) where nothing helps.
 LedAway led_away(std::span<const Point> chain, const GeneralView& view, std::int32_t vertex,
-                 const Point& onward);
+                 const Point& onward, const Run& run = {});
 
 }  // namespace korvex

@@ -108,7 +108,7 @@ class Computation {
       vote_one_by_one(view, ends, worker);
     } else if (options_.closure == Closure::kRays) {
       const auto count = [&](Stations begins, Stations last, const GaussCode& code) {
-        worker.count(begins, last, worker.types.of_open(code).number);
+        worker.count(begins, last, worker.types.of_open(code, run_).number);
       };
       worker.classes.visit_triangle(view.projection.code(), count);
     } else {
@@ -118,10 +118,10 @@ class Computation {
 
   void vote_by_columns(const GeneralView& view, const Ends& ends, Worker& worker) const {
     const auto count = [&](Stations begins, Stations last, const GaussCode& code) {
-      worker.count(begins, last, worker.types.of_open(code).number);
+      worker.count(begins, last, worker.types.of_open(code, run_).number);
     };
     for (std::size_t end = 1; end < stations_.size(); ++end)
-      worker.classes.visit_column(led_away(chain_, view, stations_[end], ends.last).code,
+      worker.classes.visit_column(led_away(chain_, view, stations_[end], ends.last, run_).code,
                                   static_cast<std::int32_t>(end), count);
   }
 
@@ -130,7 +130,7 @@ class Computation {
       // What closes the sub-chains is the same for all that have this end.
       std::optional<LedAway> away;
       if (options_.closure != Closure::kRays)
-        away = led_away(chain_, view, residue(end), ends.last);
+        away = led_away(chain_, view, residue(end), ends.last, run_);
       const std::vector<Point>& chain = away && away->view ? away->view->chain : view.chain;
       for (std::int32_t begin = 0; begin < end; ++begin) {
         throw_if_cancelled(run_);
@@ -142,7 +142,7 @@ class Computation {
             {part.begin(), part.end()}, view.direction, Projection(part, view.direction)};
         const GaussCode code =
             away ? led_away(part, own, length, away->onward).code : own.projection.code();
-        const std::int32_t type = worker.types.of_closed(closed_over(code)).number;
+        const std::int32_t type = worker.types.of_closed(closed_over(code), run_).number;
         worker.count({begin, begin}, {end, end}, type);
       }
     }

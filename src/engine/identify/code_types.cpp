@@ -53,12 +53,12 @@ CodeType CodeTypes::type_of(const GaussCode& closed) {
   return types_.try_emplace(std::move(key), type).first->second;
 }
 
-CodeType WorkerCodeTypes::of_open(const GaussCode& reduced) {
+CodeType WorkerCodeTypes::of_open(const GaussCode& reduced, const Run& run) {
   constexpr std::size_t kFewestKnottedPassages = 4;
   if (reduced.size() < kFewestKnottedPassages) return {};
   write_key(reduced, key_);
   if (const auto found = types_.find(key_); found != types_.end()) return found->second;
-  const CodeType type = of_closed(closed_over(reduced));
+  const CodeType type = of_closed(closed_over(reduced), run);
   make_room(types_, bytes_, key_);
   types_.emplace(key_, type);
   return type;

@@ -63,10 +63,11 @@ class WorkerCodeTypes {
  public:
   explicit WorkerCodeTypes(CodeTypes& shared) : shared_(shared) {}
 
-  // The type that a reduced open code has when both ends are led to the viewer.
-  CodeType of_open(const GaussCode& reduced);
+  // The type that a reduced open code has when both ends are led to the viewer. Asks before each
+  // pass move whether to stop.
+  CodeType of_open(const GaussCode& reduced, const Run& run);
   // The type of a closed code.
-  CodeType of_closed(GaussCode code, const Run& run = {});
+  CodeType of_closed(GaussCode code, const Run& run);
 
  private:
   CodeTypes& shared_;

@@ -18,6 +18,8 @@ namespace {
 // Votes of one lattice when their number is found on the way.
 constexpr std::size_t kLattice = 100;
 constexpr std::size_t kMostVotes = 10'000'000;
+// The part of a ring's progress that is done before its type is asked for.
+constexpr double kExamined = 0.9;
 
 std::vector<Point> selected(std::span<const Point> points, std::span<const std::int32_t> indices) {
   std::vector<Point> chosen;
@@ -84,11 +86,12 @@ class Voting {
 
   void cast_one() {
     if (options_.closure == Closure::kOut) {
-      count(type_of(ends_away_from_centre(), chain_, worker(0)));
-      return;
+      count(type_of(ends_away_from_centre(), chain_, worker(0), run_));
+    } else {
+      ring_ = examine_ring(chain_, part_of(run_, 0, kExamined));
+      count(worker(0).types.of_closed(ring_->simplified.code(), run_));
     }
-    ring_ = examine_ring(chain_, run_);
-    count(worker(0).types.of_closed(ring_->simplified.code(), run_));
+    if (run_.progress) run_.progress(1);
   }
 
   Ends ends_away_from_centre() const {
@@ -132,24 +135,25 @@ class Voting {
     const bool worth =
         trials <= sharing_.most_directions && chain_.size() >= sharing_.fewest_points;
     const std::vector<Point> shared =
-        worth ? reduced_for(ends, chain_) : std::vector<Point>(chain_.begin(), chain_.end());
+        worth ? reduced_for(ends, chain_, run) : std::vector<Point>(chain_.begin(), chain_.end());
     const std::size_t pieces = (trials + sharing_.batch - 1) / sharing_.batch;
     for (unsigned k = 0; k < worker_count(run, pieces); ++k) worker(k);
     std::vector<CodeType> found(trials);
     for_each_piece(run, pieces, [&](std::size_t piece, unsigned number) {
       const std::size_t from = piece * sharing_.batch;
       const auto own = std::span(ends).subspan(from, std::min(sharing_.batch, trials - from));
-      const std::vector<Point> reduced = reduced_for(own, shared);
+      const std::vector<Point> reduced = reduced_for(own, shared, run);
       for (std::size_t k = 0; k < own.size(); ++k) {
         throw_if_cancelled(run);
-        found[from + k] = type_of(own[k], reduced, *workers_[number]);
+        found[from + k] = type_of(own[k], reduced, *workers_[number], run);
       }
     });
     for (const CodeType& type : found) count(type);
   }
 
   // The chain without the points that no ray needs.
-  static std::vector<Point> reduced_for(std::span<const Ends> ends, std::span<const Point> chain) {
+  static std::vector<Point> reduced_for(std::span<const Ends> ends, std::span<const Point> chain,
+                                        const Run& run) {
     if (chain.empty()) return {};
     const double away = 4 * reach_of(chain);
     std::vector<Line> rays;
@@ -158,17 +162,18 @@ class Voting {
       rays.push_back({chain.front(), chain.front() + away * directions.first});
       rays.push_back({chain.back(), chain.back() + away * directions.last});
     }
-    return selected(chain, eliminate_open(chain, rays));
+    return selected(chain, eliminate_open(chain, rays, run));
   }
 
-  CodeType type_of(const Ends& ends, std::span<const Point> chain, Worker& worker) const {
+  static CodeType type_of(const Ends& ends, std::span<const Point> chain, Worker& worker,
+                          const Run& run) {
     if (chain.empty()) return {};
-    const GeneralView view = general_view(chain, ends.first);
+    const GeneralView view = general_view(chain, ends.first, Curve::kOpen, run);
     const auto last = static_cast<std::int32_t>(chain.size()) - 1;
     GaussCode code = ends.first == ends.last ? view.projection.code()
-                                             : led_away(chain, view, last, ends.last).code;
+                                             : led_away(chain, view, last, ends.last, run).code;
     worker.reduction.reduce(code);
-    return worker.types.of_open(code);
+    return worker.types.of_open(code, run);
   }
 
   Votes result() const {
