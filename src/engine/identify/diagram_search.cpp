@@ -36,11 +36,23 @@ std::optional<std::vector<GaussCode>> simpler_parts(const GaussCode& part) {
   return std::nullopt;
 }
 
+GaussCode mirrored(GaussCode code) {
+  for (Passage& passage : code) {
+    passage.over = !passage.over;
+    passage.positive = !passage.positive;
+  }
+  return code;
+}
+
 }  // namespace
 
 std::vector<GaussCode> searched_parts(const GaussCode& part) {
+  // Begun with the same code for all codes of a diagram and of its mirror image.
+  GaussCode start = canonical_diagram(part);
+  GaussCode image = canonical_diagram(mirrored(part));
+  const bool in_the_mirror = canonical_code(image) < canonical_code(start);
   std::vector<GaussCode> found;
-  std::vector<GaussCode> waiting{part};
+  std::vector<GaussCode> waiting{in_the_mirror ? std::move(image) : std::move(start)};
   while (!waiting.empty()) {
     GaussCode code = std::move(waiting.back());
     waiting.pop_back();
@@ -50,6 +62,8 @@ std::vector<GaussCode> searched_parts(const GaussCode& part) {
       found.push_back(std::move(code));
     }
   }
+  if (in_the_mirror)
+    for (GaussCode& code : found) code = mirrored(std::move(code));
   return found;
 }
 

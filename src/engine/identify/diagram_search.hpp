@@ -10,8 +10,9 @@ namespace korvex {
 // The prime parts of the simplest diagram found. `part` is a prime part that pass moves leave as
 // it is: its diagrams with as many crossings, moves III apart, are looked through breadth first
 // until pass moves shorten one or one shows a connected sum, and then the parts of that one. The
-// parts are `part` alone where about a hundred diagrams show neither. A function of the diagram as
-// a point set on the sphere and of where its code begins.
+// parts are `part` alone where about a hundred diagrams show neither. Depends on the diagram as a
+// point set on the sphere alone, not on where its code begins and which way it runs; the mirror
+// image of `part` has the mirror images of its parts.
 std::vector<GaussCode> searched_parts(const GaussCode& part);
 
 }  // namespace korvex

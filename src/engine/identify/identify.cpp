@@ -277,7 +277,7 @@ KnotIdentity identify_anew(const GaussCode& code, Detail detail) {
       summands.push_back(std::move(summand));
       continue;
     }
-    for (const GaussCode& simpler : searched_parts(canonical_diagram(part)))
+    for (const GaussCode& simpler : searched_parts(part))
       summands.push_back(PartIdentification(simpler, detail).identify());
   }
   return sum_of(std::move(summands), detail);
