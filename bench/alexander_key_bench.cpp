@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "comparison.hpp"
-#include "engine/geometry/triangle_elimination.hpp"
+#include "engine/projection/triangle_elimination.hpp"
 #include "korvex/alexander.hpp"
 #include "korvex/diagram.hpp"
 #include "korvex/directions.hpp"

@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "comparison.hpp"
+#include "engine/closures/voting.hpp"
 #include "engine/fingerprint/fingerprint_data.hpp"
-#include "engine/identify/voting.hpp"
 #include "korvex/alexander.hpp"
 #include "korvex/fingerprint.hpp"
 #include "korvex/votes.hpp"

@@ -39,7 +39,7 @@
 namespace korvex {
 
 // Where the bytes come from.
-class PREPROCESS_API Source {
+class KORVEX_API Source {
  public:
   // The file or named pipe at `path`.
   Source(std::string path) : name_(std::move(path)) {}
@@ -105,12 +105,11 @@ struct ReadOptions {
 
 // Every chain that the options select, in the order of models and of chains in the file. At least
 // one.
-PREPROCESS_API std::vector<Chain> read_chains(const Source& source,
-                                              const ReadOptions& options = {});
+KORVEX_API std::vector<Chain> read_chains(const Source& source, const ReadOptions& options = {});
 
 // Hands the chains that read_chains would give to `visit` one after another, so that a long
 // trajectory needs the memory of one frame; reading stops when `visit` returns false.
-PREPROCESS_API void visit_chains(const Source& source, const ReadOptions& options,
-                                 const std::function<bool(Chain&&)>& visit);
+KORVEX_API void visit_chains(const Source& source, const ReadOptions& options,
+                             const std::function<bool(Chain&&)>& visit);
 
 }  // namespace korvex

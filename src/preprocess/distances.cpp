@@ -5,8 +5,8 @@
 #include <cstddef>
 #include <vector>
 
+#include "geometry/bonds.hpp"
 #include "preprocess.h"
-#include "preprocess/bonds.hpp"
 
 namespace {
 

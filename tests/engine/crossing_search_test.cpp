@@ -7,7 +7,7 @@
 #include <tuple>
 #include <vector>
 
-#include "engine/diagram/projection.hpp"
+#include "engine/projection/projection.hpp"
 #include "engine/random_chains.hpp"
 #include "korvex/directions.hpp"
 #include "support/simd_targets.hpp"

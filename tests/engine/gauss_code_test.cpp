@@ -6,7 +6,7 @@
 
 #include "engine/diagram/code_reduction.hpp"
 #include "engine/diagram/plane_diagram.hpp"
-#include "engine/diagram/projection.hpp"
+#include "engine/projection/projection.hpp"
 #include "engine/random_chains.hpp"
 #include "korvex/directions.hpp"
 #include "korvex/error.hpp"

@@ -7,8 +7,8 @@
 #include <stop_token>
 #include <vector>
 
-#include "engine/diagram/projection.hpp"
-#include "engine/geometry/triangle_elimination.hpp"
+#include "engine/projection/projection.hpp"
+#include "engine/projection/triangle_elimination.hpp"
 #include "engine/random_chains.hpp"
 #include "korvex/alexander.hpp"
 #include "korvex/catalogue.hpp"

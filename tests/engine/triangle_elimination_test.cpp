@@ -1,4 +1,4 @@
-#include "engine/geometry/triangle_elimination.hpp"
+#include "engine/projection/triangle_elimination.hpp"
 
 #include <gtest/gtest.h>
 

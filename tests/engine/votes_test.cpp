@@ -8,7 +8,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "engine/identify/voting.hpp"
+#include "engine/closures/voting.hpp"
 #include "engine/random_chains.hpp"
 #include "korvex/alexander.hpp"
 #include "korvex/diagram.hpp"

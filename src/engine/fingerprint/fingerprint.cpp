@@ -7,9 +7,9 @@
 #include <string>
 #include <utility>
 
-#include "engine/diagram/projection.hpp"
 #include "engine/fingerprint/fingerprint_data.hpp"
 #include "engine/identify/identification.hpp"
+#include "engine/projection/projection.hpp"
 #include "engine/run/parallel.hpp"
 #include "korvex/error.hpp"
 

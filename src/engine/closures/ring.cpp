@@ -1,0 +1,58 @@
+#include "korvex/ring.hpp"
+
+#include <vector>
+
+#include "engine/diagram/code_reduction.hpp"
+#include "engine/diagram/pass_moves.hpp"
+#include "engine/projection/projection.hpp"
+#include "engine/projection/triangle_elimination.hpp"
+#include "korvex/alexander.hpp"
+#include "korvex/directions.hpp"
+
+namespace korvex {
+namespace {
+
+DiagramSize size_of(const GaussCode& code) {
+  DiagramSize size;
+  size.crossings = code.size() / 2;
+  for (const Passage& passage : code)
+    if (passage.over) size.writhe += passage.positive ? 1 : -1;
+  return size;
+}
+
+}  // namespace
+
+RingReport examine_ring(std::span<const Point> points, const Run& run) {
+  const auto done = [&run](double part) {
+    if (run.progress) run.progress(part);
+  };
+  RingReport report;
+  Point direction = random_direction(run.seed, 0);
+  std::vector<Point> left;
+  {
+    const GeneralView whole = general_view(points, direction, Curve::kClosed, run);
+    report.projected = size_of(whole.projection.code());
+    direction = whole.direction;
+    done(0.1);
+    for (const std::int32_t index : eliminate_ring(whole.chain, run))
+      left.push_back(whole.chain[static_cast<std::size_t>(index)]);
+  }
+  report.points_left = left.size();
+  done(0.3);
+  // Strands of a ring that touched itself lie close together now. To move points once more could
+  // pass them through each other; then all points are taken.
+  const auto reduced = turned_view(left, direction, Curve::kClosed, run);
+  GaussCode code = reduced
+                       ? reduced->projection.code()
+                       : general_view(points, random_direction(run.seed, 0), Curve::kClosed, run)
+                             .projection.code();
+  CodeReduction reduction;
+  PassMoves().simplify(code, reduction, run);
+  done(0.9);
+  report.simplified = Diagram(std::move(code));
+  report.alexander_key = alexander_key(report.simplified);
+  done(1);
+  return report;
+}
+
+}  // namespace korvex

@@ -1,0 +1,220 @@
+#include "korvex/votes.hpp"
+
+#include <algorithm>
+#include <memory>
+
+#include "engine/closures/voting.hpp"
+#include "engine/diagram/code_reduction.hpp"
+#include "engine/identify/identification.hpp"
+#include "engine/projection/projection.hpp"
+#include "engine/projection/triangle_elimination.hpp"
+#include "engine/run/parallel.hpp"
+#include "geometry/unit_scale.hpp"
+#include "korvex/error.hpp"
+
+namespace korvex {
+namespace {
+
+// Votes of one lattice when their number is found on the way.
+constexpr std::size_t kLattice = 100;
+constexpr std::size_t kMostVotes = 10'000'000;
+// The part of a ring's progress that is done before its type is asked for.
+constexpr double kExamined = 0.9;
+
+std::vector<Point> selected(std::span<const Point> points, std::span<const std::int32_t> indices) {
+  std::vector<Point> chosen;
+  chosen.reserve(indices.size());
+  for (const std::int32_t index : indices)
+    chosen.push_back(points[static_cast<std::size_t>(index)]);
+  return chosen;
+}
+
+class Voting {
+ public:
+  Voting(const Identification& identify, std::span<const Point> chain, const VoteOptions& options,
+         const Run& run, const Sharing& sharing)
+      : chain_(chain), options_(options), run_(run), sharing_(sharing), types_(identify) {
+    check();
+  }
+
+  Votes cast() {
+    if (!is_sampled(options_.closure)) {
+      cast_one();
+    } else if (options_.trials > 0) {
+      cast_block(options_.trials, 0, run_);
+    } else {
+      cast_until_settled();
+    }
+    return result();
+  }
+
+ private:
+  struct Count {
+    std::size_t votes = 0;
+    std::size_t proven = 0;
+  };
+
+  struct Worker {
+    explicit Worker(CodeTypes& shared) : types(shared) {}
+
+    WorkerCodeTypes types;
+    CodeReduction reduction;
+  };
+
+  void check() const {
+    const auto refuse = [](const char* what) { throw Error(ErrorCode::kInvalidArgument, what); };
+    if (!(options_.tolerance > 0)) refuse("the tolerance of the votes must be above 0");
+    if (options_.most_trials < kLattice) refuse("the most trials must be at least 100");
+    if (std::max(options_.trials, options_.most_trials) > kMostVotes)
+      refuse("more than 10000000 votes are not cast at once");
+    require_usable(chain_);
+  }
+
+  Worker& worker(unsigned number) {
+    while (workers_.size() <= number) workers_.push_back(std::make_unique<Worker>(types_));
+    return *workers_[number];
+  }
+
+  void count(const CodeType& type) {
+    ++total_;
+    ++crossings_[static_cast<std::size_t>(type.crossings)];
+    const auto number = static_cast<std::size_t>(type.number);
+    if (counts_.size() <= number) counts_.resize(number + 1);
+    ++counts_[number].votes;
+    if (type.proven) ++counts_[number].proven;
+  }
+
+  void cast_one() {
+    if (options_.closure == Closure::kOut) {
+      count(type_of(ends_away_from_centre(), chain_, worker(0), run_));
+    } else {
+      ring_ = examine_ring(chain_, part_of(run_, 0, kExamined));
+      count(worker(0).types.of_closed(ring_->simplified.code(), run_));
+    }
+    if (run_.progress) run_.progress(1);
+  }
+
+  Ends ends_away_from_centre() const {
+    if (chain_.empty()) return {{0, 0, 1}, {0, 0, 1}};
+    Point centre;
+    const double part = 1 / static_cast<double>(chain_.size());
+    for (const Point& p : chain_) centre = centre + part * p;
+    const double scale = unit_scale(chain_);
+    const auto away = [&](const Point& p) {
+      const Point from_centre = scale * (p - centre);
+      const double distance = norm(from_centre);
+      return distance > 0 ? (1 / distance) * from_centre : Point{0, 0, 1};
+    };
+    return {away(chain_.front()), away(chain_.back())};
+  }
+
+  void cast_until_settled() {
+    for (std::size_t block = 0; !settled(); ++block) {
+      const double done = static_cast<double>(total_) / static_cast<double>(options_.most_trials);
+      const double next =
+          static_cast<double>(total_ + kLattice) / static_cast<double>(options_.most_trials);
+      cast_block(kLattice, block, part_of(run_, done, std::min(next, 1.0)));
+    }
+    if (run_.progress) run_.progress(1);
+  }
+
+  bool settled() const {
+    if (total_ == 0) return false;
+    if (total_ + kLattice > options_.most_trials) return true;
+    bool narrow = true;
+    for (const Count& count : counts_) {
+      const Interval interval = wilson_interval(count.votes, total_);
+      if (interval.low > 0.5) return true;
+      narrow = narrow && interval.high - interval.low <= 2 * options_.tolerance;
+    }
+    return narrow;
+  }
+
+  void cast_block(std::size_t trials, std::size_t block, const Run& run) {
+    const auto ends = sampled_ends(options_.closure, options_.sampling, trials, run.seed, block);
+    const bool worth =
+        trials <= sharing_.most_directions && chain_.size() >= sharing_.fewest_points;
+    const std::vector<Point> shared =
+        worth ? reduced_for(ends, chain_, run) : std::vector<Point>(chain_.begin(), chain_.end());
+    const std::size_t pieces = (trials + sharing_.batch - 1) / sharing_.batch;
+    for (unsigned k = 0; k < worker_count(run, pieces); ++k) worker(k);
+    std::vector<CodeType> found(trials);
+    for_each_piece(run, pieces, [&](std::size_t piece, unsigned number) {
+      const std::size_t from = piece * sharing_.batch;
+      const auto own = std::span(ends).subspan(from, std::min(sharing_.batch, trials - from));
+      const std::vector<Point> reduced = reduced_for(own, shared, run);
+      for (std::size_t k = 0; k < own.size(); ++k) {
+        throw_if_cancelled(run);
+        found[from + k] = type_of(own[k], reduced, *workers_[number], run);
+      }
+    });
+    for (const CodeType& type : found) count(type);
+  }
+
+  // The chain without the points that no ray needs.
+  static std::vector<Point> reduced_for(std::span<const Ends> ends, std::span<const Point> chain,
+                                        const Run& run) {
+    if (chain.empty()) return {};
+    const double away = 4 * reach_of(chain);
+    std::vector<Line> rays;
+    rays.reserve(2 * ends.size());
+    for (const Ends& directions : ends) {
+      rays.push_back({chain.front(), chain.front() + away * directions.first});
+      rays.push_back({chain.back(), chain.back() + away * directions.last});
+    }
+    return selected(chain, eliminate_open(chain, rays, run));
+  }
+
+  static CodeType type_of(const Ends& ends, std::span<const Point> chain, Worker& worker,
+                          const Run& run) {
+    if (chain.empty()) return {};
+    const GeneralView view = general_view(chain, ends.first, Curve::kOpen, run);
+    const auto last = static_cast<std::int32_t>(chain.size()) - 1;
+    GaussCode code = ends.first == ends.last ? view.projection.code()
+                                             : led_away(chain, view, last, ends.last, run).code;
+    worker.reduction.reduce(code);
+    return worker.types.of_open(code, run);
+  }
+
+  Votes result() const {
+    Votes votes;
+    votes.trials = total_;
+    votes.crossings = crossings_;
+    votes.ring = ring_;
+    for (std::size_t number = 0; number < counts_.size(); ++number) {
+      const Count& count = counts_[number];
+      if (count.votes == 0) continue;
+      votes.types.push_back({types_.names()[number], count.votes,
+                             static_cast<double>(count.votes) / static_cast<double>(total_),
+                             wilson_interval(count.votes, total_), count.proven});
+    }
+    std::sort(votes.types.begin(), votes.types.end(), [](const TypeVotes& a, const TypeVotes& b) {
+      return a.count != b.count ? a.count > b.count : a.type < b.type;
+    });
+    return votes;
+  }
+
+  const std::span<const Point> chain_;
+  const VoteOptions options_;
+  const Run& run_;
+  const Sharing sharing_;
+  CodeTypes types_;
+  std::vector<std::unique_ptr<Worker>> workers_;
+  std::size_t total_ = 0;
+  std::vector<Count> counts_;
+  std::map<std::size_t, std::size_t> crossings_;
+  std::optional<RingReport> ring_;
+};
+
+}  // namespace
+
+Votes vote_with(const Identification& identify, std::span<const Point> chain,
+                const VoteOptions& options, const Run& run, const Sharing& sharing) {
+  return Voting(identify, chain, options, run, sharing).cast();
+}
+
+Votes vote(std::span<const Point> chain, const VoteOptions& options, const Run& run) {
+  return vote_with(identified_name, chain, options, run);
+}
+
+}  // namespace korvex

@@ -1,0 +1,40 @@
+// The diagrams of chains seen along a direction.
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "engine/diagram/code_reduction.hpp"
+#include "engine/diagram/gauss_code.hpp"
+#include "engine/projection/projection.hpp"
+#include "korvex/diagram.hpp"
+#include "korvex/error.hpp"
+
+namespace korvex {
+namespace {
+
+Point unit(const Point& direction) {
+  const double largest =
+      std::max({std::abs(direction.x), std::abs(direction.y), std::abs(direction.z)});
+  const bool numbers =
+      std::isfinite(direction.x) && std::isfinite(direction.y) && std::isfinite(direction.z);
+  if (!(numbers && largest > 0))
+    throw Error(ErrorCode::kInvalidArgument,
+                "the direction of view must be a finite vector other than 0");
+  if (largest < std::numeric_limits<double>::min()) return unit(0x1p200 * direction);
+  const Point scaled = (1 / largest) * direction;
+  return (1 / norm(scaled)) * scaled;
+}
+
+}  // namespace
+
+Diagram Diagram::of_polygon(std::span<const Point> points, const Point& direction) {
+  return Diagram(general_view(points, unit(direction), Curve::kClosed).projection.code());
+}
+
+Diagram Diagram::of_open_chain(std::span<const Point> points, const Point& direction) {
+  GaussCode code = general_view(points, unit(direction)).projection.code();
+  CodeReduction().reduce(code);
+  return Diagram(closed_over(code));
+}
+
+}  // namespace korvex

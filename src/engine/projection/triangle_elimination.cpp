@@ -1,0 +1,200 @@
+#include "engine/projection/triangle_elimination.hpp"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <initializer_list>
+#include <limits>
+#include <numeric>
+
+#include "engine/run/parallel.hpp"
+#include "geometry/box_tree.hpp"
+#include "geometry/unit_scale.hpp"
+
+namespace korvex {
+namespace {
+
+constexpr double kEpsilon = std::numeric_limits<double>::epsilon();
+
+using Tree = BoxTree<3>;
+using Box = Tree::Box;
+
+void include(Box& box, const Point& p) {
+  const std::array coordinates{p.x, p.y, p.z};
+  for (std::size_t d = 0; d < 3; ++d) {
+    box.low[d] = std::min(box.low[d], coordinates[d]);
+    box.high[d] = std::max(box.high[d], coordinates[d]);
+  }
+}
+
+Box box_of(std::initializer_list<Point> points) {
+  Box box = Box::empty();
+  for (const Point& p : points) include(box, p);
+  return box;
+}
+
+// Six times the volume of the tetrahedron (a, b, c, d).
+double volume(const Point& a, const Point& b, const Point& c, const Point& d) {
+  return dot(cross(b - a, c - a), d - a);
+}
+
+// Whether a line from corner p to `far` may run on within the triangle.
+bool may_run_inside(const Point& p, const Point& q, const Point& r, const Point& far,
+                    double extent) {
+  const double cube = extent * extent * extent;
+  const Point normal = cross(q - p, r - p);
+  if (std::abs(dot(normal, far - p)) > 32 * kEpsilon * cube) return false;
+  const double error = 128 * kEpsilon * cube * extent;
+  const bool beyond_pq = dot(normal, cross(q - p, far - p)) < -error;
+  const bool beyond_pr = dot(normal, cross(far - p, r - p)) < -error;
+  return !(beyond_pq || beyond_pr);
+}
+
+class Elimination {
+ public:
+  Elimination(std::span<const Point> points, std::span<const Line> obstacles, bool ring,
+              const Run& run)
+      : ring_(ring), run_(run), kept_(points.size()) {
+    std::iota(kept_.begin(), kept_.end(), 0);
+    const double scale = unit_scale(points);
+    Box all = Box::empty();
+    points_.reserve(points.size());
+    for (const Point& p : points) {
+      points_.push_back(scale * p);
+      include(all, points_.back());
+    }
+    for (const Line& line : obstacles) {
+      const Line scaled{scale * line.from, scale * line.to};
+      include(all, scaled.from);
+      include(all, scaled.to);
+      obstacles_.push_back({scaled, box_of({scaled.from, scaled.to})});
+    }
+    if (points.empty()) return;
+    extent_ = norm({all.high[0] - all.low[0], all.high[1] - all.low[1], all.high[2] - all.low[2]});
+  }
+
+  std::vector<std::int32_t> run() {
+    // A last pass that gains next to nothing costs as much as all that follows would save.
+    constexpr std::size_t kWorthAPass = 32;
+    while (true) {
+      const std::size_t before = kept_.size();
+      pass();
+      if (before - kept_.size() <= before / kWorthAPass) return kept_;
+    }
+  }
+
+ private:
+  struct Obstacle {
+    Line line;
+    Box box;
+  };
+
+  const Point& point(std::size_t place) const {
+    return points_[static_cast<std::size_t>(kept_[place])];
+  }
+
+  // Segment k of a pass runs from place k to the next place that is left.
+  void lay_segments() {
+    const std::size_t count = kept_.size() - (ring_ ? 0 : 1);
+    segments_.clear();
+    tree_ = Tree(count);
+    for (std::size_t k = 0; k < count; ++k) {
+      segments_.push_back({point(k), point(k + 1 < kept_.size() ? k + 1 : 0)});
+      tree_.set(k, box_of({segments_[k].from, segments_[k].to}));
+    }
+  }
+
+  void pass() {
+    const std::size_t fewest = ring_ ? 3 : 2;
+    if (kept_.size() <= fewest) return;
+    lay_segments();
+    std::vector<std::int32_t> left{kept_[0]};
+    std::size_t count = kept_.size();
+    std::size_t before = 0;  // segment that comes in to the point looked at
+    const std::size_t end = ring_ ? kept_.size() : kept_.size() - 1;
+    for (std::size_t k = 1; k < end; ++k) {
+      throw_if_cancelled(run_);
+      if (count > fewest && is_free(before, k)) {
+        join(before, k);
+        --count;
+      } else {
+        left.push_back(kept_[k]);
+        before = k;
+      }
+    }
+    if (!ring_) left.push_back(kept_.back());
+    kept_ = std::move(left);
+  }
+
+  // Lets segment `before` go straight to where segment `after` leads.
+  void join(std::size_t before, std::size_t after) {
+    segments_[before].to = segments_[after].to;
+    tree_.set(before, box_of({segments_[before].from, segments_[before].to}));
+    tree_.clear(after);
+  }
+
+  bool is_free(std::size_t before, std::size_t after) {
+    const Point& p = segments_[before].from;
+    const Point& q = segments_[before].to;
+    const Point& r = segments_[after].to;
+    const Box box = box_of({p, q, r});
+    // What lies close by along the chain is most likely in the way.
+    constexpr std::size_t kClose = 32;
+    const std::size_t close_begin = before - std::min(before, kClose);
+    const std::size_t close_end = std::min(after + kClose, segments_.size());
+    const auto is_pierced = [&](std::size_t begin, std::size_t end) {
+      found_.clear();
+      tree_.find(box, begin, end, found_);
+      return std::any_of(found_.begin(), found_.end(), [&](std::int32_t number) {
+        const auto k = static_cast<std::size_t>(number);
+        return k != before && k != after && may_pierce(segments_[k], p, q, r, extent_);
+      });
+    };
+    if (is_pierced(close_begin, close_end) || is_pierced(0, close_begin) ||
+        is_pierced(close_end, segments_.size()))
+      return false;
+    return std::none_of(obstacles_.begin(), obstacles_.end(), [&](const Obstacle& obstacle) {
+      return obstacle.box.meets(box) && may_pierce(obstacle.line, p, q, r, extent_);
+    });
+  }
+
+  std::vector<Point> points_;  // scaled
+  const bool ring_;
+  const Run& run_;
+  std::vector<std::int32_t> kept_;
+  std::vector<Obstacle> obstacles_;
+  double extent_ = 0;
+  std::vector<Line> segments_;
+  Tree tree_;  // of the boxes of segments
+  std::vector<std::int32_t> found_;
+};
+
+}  // namespace
+
+bool may_pierce(const Line& line, const Point& p, const Point& q, const Point& r, double extent) {
+  if (line.from == p || line.to == p)
+    return may_run_inside(p, q, r, line.from == p ? line.to : line.from, extent);
+  if (line.from == r || line.to == r)
+    return may_run_inside(r, p, q, line.from == r ? line.to : line.from, extent);
+  const double error = 32 * kEpsilon * extent * extent * extent;
+  const double begin = volume(p, q, r, line.from);
+  const double end = volume(p, q, r, line.to);
+  if ((begin > error && end > error) || (begin < -error && end < -error)) return false;
+  const double about_pq = volume(line.from, line.to, p, q);
+  const double about_qr = volume(line.from, line.to, q, r);
+  const double about_rp = volume(line.from, line.to, r, p);
+  const bool some_positive = about_pq > error || about_qr > error || about_rp > error;
+  const bool some_negative = about_pq < -error || about_qr < -error || about_rp < -error;
+  return !(some_positive && some_negative);
+}
+
+std::vector<std::int32_t> eliminate_open(std::span<const Point> chain,
+                                         std::span<const Line> obstacles, const Run& run) {
+  return Elimination(chain, obstacles, false, run).run();
+}
+
+std::vector<std::int32_t> eliminate_ring(std::span<const Point> ring, const Run& run) {
+  return Elimination(ring, {}, true, run).run();
+}
+
+}  // namespace korvex

@@ -1,0 +1,98 @@
+#include <algorithm>
+#include <array>
+
+#include "korvex/error.hpp"
+#include "read/parsers.hpp"
+#include "read/text.hpp"
+
+namespace korvex::read {
+namespace {
+
+// Kinds of content that are recognised only to say what to do about them.
+struct Known {
+  std::string_view magic;
+  std::size_t offset;
+  const char* advice;
+};
+
+constexpr std::array<Known, 8> kUnread = {{
+    {"BZh", 0, "is compressed with bzip2; unpack it, or compress it with gzip"},
+    {"\xfd"
+     "7zXZ",
+     0, "is compressed with xz; unpack it, or compress it with gzip"},
+    {"\x28\xb5\x2f\xfd", 0, "is compressed with zstd; unpack it, or compress it with gzip"},
+    {"PK\x03\x04", 0, "is a zip archive; unpack it"},
+    {"CORD", 4, "is a DCD trajectory; convert it to PDB, XYZ, GRO or a LAMMPS dump"},
+    {std::string_view("\0\0\x07\xcb", 4), 0,
+     "is an XTC trajectory; convert it to PDB, XYZ, GRO or a LAMMPS dump"},
+    {"\xff\xfe", 0, "is UTF-16 text; save it as UTF-8"},
+    {"\xfe\xff", 0, "is UTF-16 text; save it as UTF-8"},
+}};
+
+constexpr std::array<std::string_view, 38> kPdbRecords = {
+    "HEADER", "OBSLTE", "TITLE",  "SPLIT",  "CAVEAT", "COMPND", "SOURCE", "KEYWDS",
+    "EXPDTA", "NUMMDL", "MDLTYP", "AUTHOR", "REVDAT", "SPRSDE", "JRNL",   "REMARK",
+    "DBREF",  "SEQADV", "SEQRES", "MODRES", "HET",    "HETNAM", "HETSYN", "FORMUL",
+    "HELIX",  "SHEET",  "SSBOND", "LINK",   "CISPEP", "SITE",   "CRYST1", "ORIGX1",
+    "SCALE1", "MTRIX1", "MODEL",  "ATOM",   "HETATM", "USER"};
+
+void refuse_binary(std::string_view text, const std::string& file) {
+  for (const Known& known : kUnread) {
+    if (text.size() >= known.offset && text.substr(known.offset).starts_with(known.magic)) {
+      fail_at(file, 0, known.advice);
+    }
+  }
+  if (text.find('\0') != std::string_view::npos) {
+    fail_at(file, 0, "is not text; give PDB, mmCIF, GRO, XYZ, a LAMMPS dump or plain text");
+  }
+}
+
+bool is_mmcif_start(std::string_view line) {
+  constexpr std::string_view kStart = "data_";
+  return line.size() >= kStart.size() &&
+         std::equal(kStart.begin(), kStart.end(), line.begin(), [](char wanted, char c) {
+           return wanted == (c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c);
+         });
+}
+
+bool is_pdb_record(std::string_view line) {
+  const std::string_view name = trimmed(columns(line, 1, 6));
+  if (std::find(kPdbRecords.begin(), kPdbRecords.end(), name) != kPdbRecords.end()) return true;
+  // Six-digit serial numbers run into the record's name.
+  return line.starts_with("HETATM") || (line.starts_with("ATOM ") && line.size() >= 27);
+}
+
+// A PDB file may begin with anything; its atoms tell it.
+bool has_pdb_atoms(std::string_view text, const std::string& file) {
+  Lines lines(text, file);
+  while (lines.next()) {
+    if (lines.line().starts_with("ATOM  ") || lines.line().starts_with("HETATM")) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+Format detect_format(std::string_view text, const std::string& file) {
+  refuse_binary(text, file);
+  if (looks_like_gro(text, file)) return Format::kGro;
+  Lines lines(text, file);
+  bool comment = false;
+  do {
+    if (!lines.next_filled()) fail_at(file, 0, "holds no atoms; give a chain's coordinates");
+    comment = trimmed(lines.line()).starts_with('#');
+  } while (comment);
+  const std::string_view first = trimmed(lines.line());
+  if (is_mmcif_start(first)) return Format::kMmcif;
+  if (first.starts_with("ITEM:")) return Format::kLammps;
+  if (is_pdb_record(lines.line())) return Format::kPdb;
+  std::string_view rest = first;
+  const std::string_view word = take_word(rest);
+  if (to_number(word)) return trimmed(rest).empty() ? Format::kXyz : Format::kPlain;
+  if (has_pdb_atoms(text, file)) return Format::kPdb;
+  lines.fail("the format is not known: the first line reads " + in_quotes(first) +
+             "; give PDB, mmCIF, GRO, XYZ, a LAMMPS dump or plain text with `id x y z` or `x y z` "
+             "in each line");
+}
+
+}  // namespace korvex::read

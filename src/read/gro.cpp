@@ -1,0 +1,123 @@
+// GRO files: frames of a title, a count, that many atoms in fixed columns and a box. The columns of
+// the coordinates are as wide as the distance between their decimal points. Lengths in nanometres.
+
+#include "read/parsers.hpp"
+#include "read/text.hpp"
+
+namespace korvex::read {
+namespace {
+
+constexpr std::size_t kCoordinates = 20;  // columns before the first coordinate
+constexpr double kAngstromPerNanometre = 10;
+
+// The width of one coordinate; nothing where the line has not three.
+std::optional<std::size_t> coordinate_width(std::string_view line) {
+  if (line.size() <= kCoordinates) return {};
+  const std::size_t first = line.find('.', kCoordinates);
+  if (first == std::string_view::npos) return {};
+  const std::size_t second = line.find('.', first + 1);
+  if (second == std::string_view::npos) return {};
+  const std::size_t width = second - first;
+  if (line.size() < kCoordinates + 3 * width) return {};
+  return width;
+}
+
+// Atoms of a frame come without chain names: where residue numbers fall, a chain begins. They wrap
+// after five digits, which is no fall.
+class ChainCounter {
+ public:
+  std::string key(std::int32_t number) {
+    constexpr std::int32_t kWrapped = 99999;
+    if (number < last_ && last_ != kWrapped) ++chain_;
+    last_ = number;
+    return std::to_string(chain_);
+  }
+
+ private:
+  std::int32_t last_ = 0;
+  int chain_ = 0;
+};
+
+AtomSite read_atom(const Lines& lines, std::size_t width) {
+  const std::string_view line = lines.line();
+  AtomSite site;
+  const std::string_view number = trimmed(columns(line, 1, 5));
+  if (coordinate_width(line) != width || !to_int32(number)) {
+    lines.fail(
+        "expected an atom in GRO columns (residue number, residue, atom, atom number, x, y, "
+        "z), but found " +
+        in_quotes(line));
+  }
+  site.number = *to_int32(number);
+  site.residue_name = trimmed(columns(line, 6, 10));
+  site.name = trimmed(columns(line, 11, 15));
+  double xyz[3];
+  for (std::size_t axis = 0; axis < 3; ++axis) {
+    const std::size_t first = kCoordinates + 1 + axis * width;
+    const std::string_view field = trimmed(columns(line, first, first + width - 1));
+    xyz[axis] = kAngstromPerNanometre * coordinate(field, "xyz"[axis], lines);
+  }
+  site.position = {xyz[0], xyz[1], xyz[2]};
+  return site;
+}
+
+// The box closes a frame; without it the frame is cut short.
+void read_box(const Lines& lines) {
+  std::string_view rest = lines.line();
+  std::size_t count = 0;
+  for (std::string_view word = take_word(rest); !word.empty(); word = take_word(rest)) {
+    if (!to_number(word)) break;
+    ++count;
+  }
+  if (count != 3 && count != 9) {
+    lines.fail("expected the 3 or 9 numbers of the box, but found " + in_quotes(lines.line()));
+  }
+}
+
+}  // namespace
+
+bool looks_like_gro(std::string_view text, const std::string& file) {
+  Lines lines(text, file);
+  if (!lines.next() || !lines.next() || !to_int32(trimmed(lines.line())) || !lines.next()) {
+    return false;
+  }
+  return coordinate_width(lines.line()) && to_int32(trimmed(columns(lines.line(), 1, 5)));
+}
+
+void parse_gro(std::string_view text, const std::string& file, const ReadOptions& options,
+               const ModelSink& sink) {
+  Lines lines(text, file);
+  for (std::int64_t frame = 1; !lines.only_blanks_left(); ++frame) {
+    lines.next();
+    const std::size_t title = lines.number();
+    if (!lines.next()) {
+      lines.fail("the file ends after a title; it may be cut short: copy it again");
+    }
+    const std::optional<std::int32_t> count = to_int32(trimmed(lines.line()));
+    if (!count || *count < 0) {
+      lines.fail("expected the number of atoms of the frame that line " + std::to_string(title) +
+                 " begins, but found " + in_quotes(lines.line()));
+    }
+    Model model;
+    model.number = frame;
+    ChainCounter chains;
+    std::size_t width = 0;
+    for (std::int32_t i = 0; i < *count; ++i) {
+      if (!lines.next()) {
+        lines.fail("the file ends after " + std::to_string(i) + " of " + std::to_string(*count) +
+                   " atoms; it may be cut short: copy it again");
+      }
+      if (i == 0) width = coordinate_width(lines.line()).value_or(0);
+      AtomSite site = read_atom(lines, width);
+      site.chain = chains.key(site.number);
+      if (matters_for_trace(site.name, options.atom)) model.atoms.push_back(std::move(site));
+    }
+    if (!lines.next()) {
+      lines.fail("the file ends before the box of its frame; it may be cut short: copy it again");
+    }
+    read_box(lines);
+    sink(std::move(model));
+  }
+}
+
+}  // namespace korvex::read

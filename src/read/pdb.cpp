@@ -1,0 +1,215 @@
+// PDB files, in the fixed columns of format version 3.3, with the extensions in common use: chain
+// identifiers of two letters, residue names of four, hybrid-36 residue numbers, numbers that run
+// into the insertion code's column, models separated by END alone.
+//
+// The records are read here rather than by gemmi because gemmi takes a coordinate that it cannot
+// read for 0 and goes on, stops at the first END, and keeps four digits of a model's number.
+#include <cmath>
+#include <set>
+
+#include "read/parsers.hpp"
+#include "read/text.hpp"
+
+namespace korvex::read {
+namespace {
+
+bool begins(std::string_view line, std::string_view record) {
+  return line.substr(0, record.size()) == record;
+}
+
+bool is_atom(std::string_view line) {
+  if (begins(line, "HETATM")) return true;
+  const char next = line.size() > 4 ? line[4] : '?';
+  return begins(line, "ATOM") && (next == ' ' || (next >= '0' && next <= '9'));
+}
+
+bool is_record(std::string_view line, std::string_view name) {
+  return begins(line, name) && (line.size() == name.size() || line[name.size()] == ' ');
+}
+
+// Four characters in base 36, where "A000" follows 9999 and "a000" follows "ZZZZ".
+std::optional<std::int32_t> hybrid36(std::string_view text) {
+  if (text.size() != 4) return {};
+  const bool upper = text[0] >= 'A' && text[0] <= 'Z';
+  const bool lower = text[0] >= 'a' && text[0] <= 'z';
+  if (!upper && !lower) return {};
+  std::int32_t value = 0;
+  for (const char c : text) {
+    const char ten = upper ? 'A' : 'a';
+    if (c >= '0' && c <= '9') {
+      value = value * 36 + (c - '0');
+    } else if (c >= ten && c <= ten + 25) {
+      value = value * 36 + (c - ten + 10);
+    } else {
+      return {};
+    }
+  }
+  constexpr std::int32_t kFirst = 10 * 36 * 36 * 36;
+  constexpr std::int32_t kUpperCount = 26 * 36 * 36 * 36;
+  return value - kFirst + 10000 + (upper ? 0 : kUpperCount);
+}
+
+void read_residue_number(AtomSite& site, const Lines& lines) {
+  const std::string_view line = lines.line();
+  const std::string_view code = columns(line, 27, 27);
+  const bool fifth_digit = !code.empty() && code[0] >= '0' && code[0] <= '9';
+  const std::string_view field = trimmed(columns(line, 23, fifth_digit ? 27 : 26));
+  std::optional<std::int32_t> number = to_int32(field);
+  if (!number) number = hybrid36(field);
+  if (!number) {
+    lines.fail("columns 23-26 hold " + in_quotes(field) +
+               " where the residue number belongs; write the line in PDB columns");
+  }
+  site.number = *number;
+  site.insertion_code = fifth_digit || code.empty() ? ' ' : code[0];
+}
+
+// Column 21 belongs to the residue's name or to the chain's: to the chain's only if columns 18-20
+// already name a residue that is known and column 22 goes on.
+void read_names(AtomSite& site, std::string_view line) {
+  site.residue_name = trimmed(columns(line, 18, 20));
+  site.chain_name = trimmed(columns(line, 22, 22));
+  const std::string_view shared = trimmed(columns(line, 21, 21));
+  if (shared.empty()) return;
+  if (!site.chain_name.empty() && monomer_of(site.residue_name) != Monomer::kUnknown) {
+    site.chain_name.insert(0, shared);
+  } else {
+    site.residue_name += shared;
+  }
+}
+
+double read_coordinate(const Lines& lines, std::size_t first, char axis) {
+  const std::string_view field = columns(lines.line(), first, first + 7);
+  const std::optional<double> value = to_number(trimmed(field));
+  const std::string place =
+      "columns " + std::to_string(first) + "-" + std::to_string(first + 7) + " hold ";
+  if (!value) {
+    lines.fail(place + in_quotes(field) + " where the " + axis +
+               " coordinate belongs; write the line in PDB columns");
+  }
+  if (!std::isfinite(*value)) {
+    lines.fail(place + in_quotes(field) + ", which is not finite; remove the atom or give its " +
+               "position");
+  }
+  return *value;
+}
+
+double read_occupancy(const Lines& lines) {
+  const std::string_view field = trimmed(columns(lines.line(), 55, 60));
+  if (field.empty()) return 1;
+  const std::optional<double> value = to_number(field);
+  if (!value || !std::isfinite(*value)) {
+    lines.fail("columns 55-60 hold " + in_quotes(field) +
+               " where the occupancy belongs; write the line in PDB columns");
+  }
+  return *value;
+}
+
+// Columns 77-78; old files keep other things there.
+std::string read_element(std::string_view line) {
+  std::string element(trimmed(columns(line, 77, 78)));
+  for (char& c : element) {
+    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+    if (c < 'A' || c > 'Z') return {};
+  }
+  return element;
+}
+
+AtomSite read_atom(const Lines& lines) {
+  constexpr std::size_t kLastCoordinate = 54;
+  const std::string_view line = lines.line();
+  if (line.size() < kLastCoordinate) {
+    lines.fail("the atom's line ends before column 54, the end of its coordinates; " +
+               std::string("the file may be cut short"));
+  }
+  AtomSite site;
+  site.het = line[0] == 'H';
+  site.name = trimmed(columns(line, 13, 16));
+  site.padded_name = line[12] == ' ';
+  site.altloc = line[16];
+  read_names(site, line);
+  read_residue_number(site, lines);
+  site.position = {read_coordinate(lines, 31, 'x'), read_coordinate(lines, 39, 'y'),
+                   read_coordinate(lines, 47, 'z')};
+  site.occupancy = read_occupancy(lines);
+  site.element = read_element(line);
+  site.chain = site.chain_name;
+  return site;
+}
+
+class PdbParser {
+ public:
+  PdbParser(const std::string& chosen, const ModelSink& sink) : chosen_(chosen), sink_(sink) {}
+
+  void take(const Lines& lines) {
+    const std::string_view line = lines.line();
+    if (is_atom(line)) {
+      AtomSite site = read_atom(lines);
+      site.run = run_;
+      last_chain_ = site.chain;
+      has_atoms_ = true;
+      if (matters_for_trace(site.name, chosen_)) model_.atoms.push_back(std::move(site));
+    } else if (is_record(line, "TER")) {
+      end_chain();
+    } else if (is_record(line, "MODEL")) {
+      end_model();
+      in_model_ = true;
+      std::string_view rest = line.substr(5);
+      number_ = to_int32(take_word(rest));
+    } else if (is_record(line, "ENDMDL") || is_record(line, "END")) {
+      end_model();
+    }
+  }
+
+  bool in_model() const { return in_model_; }
+
+  void end_model() {
+    if (has_atoms_) {
+      ++count_;
+      model_.number = number_.value_or(count_);
+      sink_(std::move(model_));
+    }
+    model_ = {};
+    number_.reset();
+    ended_.clear();
+    run_ = 0;
+    has_atoms_ = in_model_ = false;
+  }
+
+ private:
+  void end_chain() {
+    const bool first = ended_.insert(last_chain_).second;
+    if (first) {
+      for (AtomSite& site : model_.atoms) {
+        if (site.chain == last_chain_) site.before_end = true;
+      }
+    }
+    ++run_;
+  }
+
+  const std::string& chosen_;
+  const ModelSink& sink_;
+  Model model_;
+  std::optional<std::int32_t> number_;
+  std::int64_t count_ = 0;
+  std::set<std::string> ended_;  // chains that had a TER record
+  std::string last_chain_;
+  std::size_t run_ = 0;
+  bool has_atoms_ = false;
+  bool in_model_ = false;
+};
+
+}  // namespace
+
+void parse_pdb(std::string_view text, const std::string& file, const ReadOptions& options,
+               const ModelSink& sink) {
+  Lines lines(text, file);
+  PdbParser parser(options.atom, sink);
+  while (lines.next()) parser.take(lines);
+  if (parser.in_model()) {
+    lines.fail("the file ends within a MODEL; it may be cut short: copy it again or add ENDMDL");
+  }
+  parser.end_model();
+}
+
+}  // namespace korvex::read

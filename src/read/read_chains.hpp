@@ -1,0 +1,16 @@
+// Reading of whole inputs: bytes, format, parser, traces.
+#pragma once
+
+#include <string>
+
+#include "read/parsers.hpp"
+
+namespace korvex::read {
+
+// Hands over the chains of the selected models as the file has them, with nothing selected, joined
+// or split otherwise. `bytes` are as stored, maybe compressed; `name` stands for them in messages.
+// Throws Error where the input, not the selection, holds no chain.
+void each_chain(std::string bytes, const std::string& name, const ReadOptions& options,
+                const ChainSink& sink);
+
+}  // namespace korvex::read
