@@ -8,11 +8,12 @@
 #include "korvex.h"
 #include "reference/reference.hpp"
 #include "support/captured_stream.hpp"
+#include "support/data_file.hpp"
 
 namespace {
 
 std::vector<ChainAtom> read(const std::string& name) {
-  std::string path = std::string(KORVEX_DATA_DIR) + "/proteins/" + name;
+  std::string path = support::data_file("proteins/") + name;
   bool error = false;
   std::vector<ChainAtom> chain = ChainRead(path.data(), error);
   if (error) std::abort();

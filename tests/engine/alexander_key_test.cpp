@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "korvex/alexander.hpp"
+#include "support/data_file.hpp"
 #include "support/diagrams.hpp"
 #include "support/knot_rows.hpp"
 
@@ -12,7 +13,7 @@ namespace korvex {
 namespace {
 
 const std::vector<support::KnotRow>& rows() {
-  static const auto all = support::read_knot_rows(KORVEX_DATA_DIR "/prime_knots_to_10.tsv");
+  static const auto all = support::read_knot_rows(support::data_file("prime_knots_to_10.tsv"));
   return all;
 }
 

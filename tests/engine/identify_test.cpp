@@ -13,6 +13,7 @@
 #include "engine/diagram/prime_parts.hpp"
 #include "engine/identify/canonical_code.hpp"
 #include "korvex/signature.hpp"
+#include "support/data_file.hpp"
 #include "support/diagrams.hpp"
 #include "support/knot_rows.hpp"
 
@@ -20,7 +21,7 @@ namespace korvex {
 namespace {
 
 const std::vector<support::KnotRow>& rows() {
-  static const auto all = support::read_knot_rows(KORVEX_DATA_DIR "/prime_knots_to_10.tsv");
+  static const auto all = support::read_knot_rows(support::data_file("prime_knots_to_10.tsv"));
   return all;
 }
 

@@ -9,12 +9,13 @@
 #include "korvex/locate.hpp"
 #include "korvex/read.hpp"
 #include "korvex/votes.hpp"
+#include "support/data_file.hpp"
 
 namespace korvex {
 namespace {
 
 std::vector<Chain> chains_of(const std::string& file, const ReadOptions& options = {}) {
-  return read_chains(KORVEX_DATA_DIR "/" + file, options);
+  return read_chains(support::data_file(file), options);
 }
 
 std::vector<Point> points_of(const std::string& file, const std::string& chain = {}) {

@@ -7,6 +7,7 @@
 
 #include "korvex/identify.hpp"
 #include "support/chains.hpp"
+#include "support/data_file.hpp"
 #include "support/diagrams.hpp"
 #include "support/embedding.hpp"
 #include "support/knot_rows.hpp"
@@ -87,7 +88,7 @@ void try_move(Ring& ring, support::Random& random) {
 TEST(SpaceCurves, OfAllPrimesToTenCrossingsAreNamedFromAnyDirection) {
   support::Random random(1);
   for (const support::KnotRow& row :
-       support::read_knot_rows(KORVEX_DATA_DIR "/prime_knots_to_10.tsv")) {
+       support::read_knot_rows(support::data_file("prime_knots_to_10.tsv"))) {
     const Diagram diagram = Diagram::of_pd(row.pd);
     const KnotIdentity known = identify(diagram);
     const Ring ring = support::embedded(diagram);

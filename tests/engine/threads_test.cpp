@@ -19,6 +19,7 @@
 #include "korvex/read.hpp"
 #include "korvex/signature.hpp"
 #include "korvex/votes.hpp"
+#include "support/data_file.hpp"
 
 namespace korvex {
 namespace {
@@ -119,7 +120,7 @@ TEST(AtOnce, OneFingerprintIsReadAndLocated) {
 }
 
 TEST(AtOnce, OneSourceIsRead) {
-  const Source source(KORVEX_DATA_DIR "/proteins/1tim.pdb.gz");
+  const Source source(support::data_file("proteins/1tim.pdb.gz"));
   expect_one_answer([&] {
     std::string names;
     for (const Chain& chain : read_chains(source))

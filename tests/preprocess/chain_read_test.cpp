@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "preprocess.h"
+#include "support/data_file.hpp"
 #include "support/temporary_directory.hpp"
 
 namespace {
@@ -42,7 +43,7 @@ struct Protein {
 class FirstChain : public testing::TestWithParam<Protein> {};
 
 TEST_P(FirstChain, HasOneAlphaCarbonAResidue) {
-  const Reading reading = read(std::string(KORVEX_DATA_DIR "/proteins/") + GetParam().file);
+  const Reading reading = read(support::data_file("proteins/") + GetParam().file);
   ASSERT_FALSE(reading.error);
   ASSERT_EQ(reading.atoms.size(), GetParam().residues);
   EXPECT_EQ(reading.atoms.front().id, GetParam().first);
@@ -60,8 +61,8 @@ INSTANTIATE_TEST_SUITE_P(
                     Protein{"4g6m_fab_merged_gap.pdb", 432, 1, 712}));
 
 TEST(ChainRead, TheSameEntryInTwoFormatsIsTheSameChain) {
-  const Reading pdb = read(KORVEX_DATA_DIR "/proteins/1crn.pdb");
-  const Reading cif = read(KORVEX_DATA_DIR "/proteins/1crn.cif");
+  const Reading pdb = read(support::data_file("proteins/1crn.pdb"));
+  const Reading cif = read(support::data_file("proteins/1crn.cif"));
   ASSERT_EQ(pdb.atoms.size(), cif.atoms.size());
   for (std::size_t i = 0; i < pdb.atoms.size(); ++i) {
     EXPECT_EQ(pdb.atoms[i].x, cif.atoms[i].x);

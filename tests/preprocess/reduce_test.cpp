@@ -7,6 +7,7 @@
 
 #include "preprocess.h"
 #include "support/chains.hpp"
+#include "support/data_file.hpp"
 #include "support/knot_key.hpp"
 
 namespace {
@@ -144,7 +145,7 @@ TEST(ChainReduce, BringsAThousandAtomsDownToAFewDozen) {
 
 TEST(ChainReduce, KeepsTheKnotsOfRealProteinsAndLeavesAFewAtoms) {
   for (const std::string name : {"1ca2.pdb", "2efv_CA.pdb", "1xd3_A_bound.pdb", "1ubq.pdb"}) {
-    std::string path = std::string(KORVEX_DATA_DIR) + "/proteins/" + name;
+    std::string path = support::data_file("proteins/") + name;
     bool error = false;
     const Chain chain = ChainRead(path.data(), error);
     ASSERT_FALSE(error) << path;

@@ -9,6 +9,7 @@
 
 #include "korvex.h"
 #include "support/captured_stream.hpp"
+#include "support/data_file.hpp"
 #include "support/temporary_file.hpp"
 
 namespace {
@@ -21,7 +22,7 @@ struct Protein {
 class Proteins : public testing::TestWithParam<Protein> {};
 
 std::array<int, 42> votes(const char* file, int closure, int trials) {
-  std::string path = std::string(KORVEX_DATA_DIR) + "/proteins/" + file;
+  std::string path = support::data_file("proteins/") + file;
   bool error = true;
   const std::vector<ChainAtom> chain = ChainRead(path.data(), error);
   EXPECT_FALSE(error);
@@ -46,7 +47,7 @@ TEST_P(Proteins, HaveTheirKnotAsTheLeaderOfTwoPointClosures) {
 }
 
 TEST_P(Proteins, AreNamedFirstByTheChainFileDriver) {
-  std::string path = std::string(KORVEX_DATA_DIR) + "/proteins/" + GetParam().file;
+  std::string path = support::data_file("proteins/") + GetParam().file;
   support::TemporaryFile output;
   const support::CapturedStream out(std::cout);
   const support::CapturedStream log(std::clog);

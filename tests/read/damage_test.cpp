@@ -10,11 +10,12 @@
 
 #include "korvex/error.hpp"
 #include "korvex/read.hpp"
+#include "support/data_file.hpp"
 
 namespace {
 
 std::string content(const std::string& file) {
-  std::ifstream stream(KORVEX_DATA_DIR "/" + file, std::ios::binary);
+  std::ifstream stream(support::data_file(file), std::ios::binary);
   std::ostringstream text;
   text << stream.rdbuf();
   return text.str();

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "korvex/error.hpp"
+#include "support/data_file.hpp"
 #include "support/reading.hpp"
 
 namespace {
@@ -22,7 +23,7 @@ using reading::numbers;
 
 using Numbers = std::vector<std::int32_t>;
 
-std::string data(const char* file) { return std::string(KORVEX_DATA_DIR "/proteins/") + file; }
+std::string data(const char* file) { return support::data_file("proteins/") + file; }
 
 struct Known {
   const char* file;

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "support/data_file.hpp"
 #include "support/reading.hpp"
 
 namespace {
@@ -196,8 +197,7 @@ class Trajectories : public testing::TestWithParam<Trajectory> {};
 
 TEST_P(Trajectories, HoldUnbrokenChains) {
   const auto [file, frames, beads, bond] = GetParam();
-  const std::vector<Chain> read =
-      korvex::read_chains(std::string(KORVEX_DATA_DIR "/trajectories/") + file);
+  const std::vector<Chain> read = korvex::read_chains(support::data_file("trajectories/") + file);
   ASSERT_EQ(read.size(), frames);
   for (const Chain& frame : read) {
     ASSERT_EQ(frame.points.size(), beads);
