@@ -61,7 +61,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   std::vector<korvex::Point> chain = fuzz::points(bytes, kind, 30);
   Votes votes;
   const bool refused = fuzz::is_refused([&] { votes = vote(chain, options, run); });
-  require(refused ? fuzz::may_be_refused(chain) : fuzz::usable(chain));
+  require(refused ? chain.empty() || fuzz::may_be_refused(chain)
+                  : !chain.empty() && fuzz::usable(chain));
   if (refused) return 0;
   check_sums(votes);
   run.threads = 2;

@@ -52,6 +52,8 @@ class KORVEX_API Fingerprint {
   const FingerprintOptions& options() const;
 
   // Votes for the type with number `type` of the sub-chain from station `begin` to station `end`.
+  // This and the next two throw Error(kInvalidArgument) where there is no such type, or no such
+  // sub-chain: 0 <= begin < end < stations().size().
   std::uint32_t count(std::size_t type, std::size_t begin, std::size_t end) const;
   // The same as a share of all votes.
   double share(std::size_t type, std::size_t begin, std::size_t end) const;

@@ -52,8 +52,9 @@ struct Votes {
 };
 
 // Votes on the type of `chain`, points in order along the backbone (or around the ring). Throws
-// Error(kInvalidArgument) for coordinates that are no numbers and for options out of range,
-// Error(kCancelled) when stopped. The answer depends on chain, options and run.seed alone.
+// Error(kInvalidArgument) for no points at all, for coordinates that are no numbers and for options
+// out of range, Error(kCancelled) when stopped. The answer depends on chain, options and run.seed
+// alone.
 KORVEX_API Votes vote(std::span<const Point> chain, const VoteOptions& options = {},
                       const Run& run = {});
 

@@ -240,6 +240,33 @@ TEST(TypeCounts, KnowTheirMemoryAndTheirSums) {
   EXPECT_EQ(counts.count(0, 71, 199), 0u);
 }
 
+TEST(Fingerprint, RefusesTypesAndSubChainsThatItHasNot) {
+  const Fingerprint found = computed(compact_walk(3, 40), {.directions = 4});
+  const std::size_t n = found.stations().size();
+  const std::size_t types = found.types().size();
+  const auto code_of = [](const auto& ask) {
+    try {
+      ask();
+    } catch (const Error& error) {
+      return error.code();
+    }
+    return ErrorCode::kCancelled;  // nothing was thrown
+  };
+  EXPECT_EQ(code_of([&] { (void)found.count(types, 0, 1); }), ErrorCode::kInvalidArgument);
+  EXPECT_EQ(code_of([&] { (void)found.share(types, 0, 1); }), ErrorCode::kInvalidArgument);
+  for (const auto& [begin, end] : std::vector<std::pair<std::size_t, std::size_t>>{
+           {0, n}, {n, n + 1}, {3, 3}, {4, 3}, {0, std::size_t(-1)}}) {
+    for (const std::size_t type : {std::size_t{0}, types - 1}) {
+      EXPECT_EQ(code_of([&] { (void)found.count(type, begin, end); }), ErrorCode::kInvalidArgument);
+      EXPECT_EQ(code_of([&] { (void)found.share(type, begin, end); }), ErrorCode::kInvalidArgument);
+    }
+    EXPECT_EQ(code_of([&] { (void)found.dominant(begin, end); }), ErrorCode::kInvalidArgument);
+  }
+  EXPECT_EQ(found.count(0, n - 2, n - 1), 4u);
+  const Fingerprint empty = computed({}, {.directions = 4});
+  EXPECT_EQ(code_of([&] { (void)empty.dominant(0, 0); }), ErrorCode::kInvalidArgument);
+}
+
 TEST(Fingerprint, RefusesOptionsOutOfRange) {
   const auto chain = random_walk(1, 10);
   EXPECT_THROW(computed(chain, {.directions = 0}), Error);

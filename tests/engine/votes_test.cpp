@@ -259,12 +259,24 @@ TEST(Vote, StopsByItselfOnceAllIntervalsAreNarrow) {
 }
 
 TEST(Vote, OfFewPointsIsTheUnknot) {
-  for (const std::size_t size : {0u, 1u, 2u, 3u, 4u})
+  for (const std::size_t size : {1u, 2u, 3u, 4u})
     for (const Closure closure :
          {Closure::kRays, Closure::kTwoPoints, Closure::kOut, Closure::kDirect, Closure::kRing})
       for (const auto& chain :
            {std::vector<Point>(size, Point{1, 1, 1}), trefoil_ring(static_cast<int>(size))})
         EXPECT_EQ(votes_of(chain, {.closure = closure, .trials = 5}).dominant().type, "0_1");
+}
+
+TEST(Vote, OfNoPointsIsRefused) {
+  for (const Closure closure :
+       {Closure::kRays, Closure::kTwoPoints, Closure::kOut, Closure::kDirect, Closure::kRing}) {
+    try {
+      votes_of({}, {.closure = closure, .trials = 5});
+      FAIL() << "nothing was thrown";
+    } catch (const Error& error) {
+      EXPECT_EQ(error.code(), ErrorCode::kInvalidArgument);
+    }
+  }
 }
 
 TEST(Vote, OfLatticeChainsIsAnswered) {

@@ -67,6 +67,7 @@ class Voting {
     if (options_.most_trials < kLattice) refuse("the most trials must be at least 100");
     if (std::max(options_.trials, options_.most_trials) > kMostVotes)
       refuse("more than 10000000 votes are not cast at once");
+    if (chain_.empty()) refuse("a chain without points has no knot to vote on: give at least one");
     require_usable(chain_);
   }
 

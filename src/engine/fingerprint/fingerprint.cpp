@@ -191,6 +191,19 @@ class Computation {
   std::vector<Ends> ends_;
 };
 
+[[noreturn]] void refuse_sub_chain(std::size_t begin, std::size_t end, std::size_t stations) {
+  throw Error(ErrorCode::kInvalidArgument,
+              "there is no sub-chain from station " + std::to_string(begin) + " to station " +
+                  std::to_string(end) + " of a fingerprint with " + std::to_string(stations) +
+                  " stations: number them from 0, begin below end");
+}
+
+[[noreturn]] void refuse_type(std::size_t type, std::size_t types) {
+  throw Error(ErrorCode::kInvalidArgument, "there is no type " + std::to_string(type) +
+                                               " in a fingerprint with " + std::to_string(types) +
+                                               " types: number them from 0");
+}
+
 }  // namespace
 
 const std::vector<std::int32_t>& Fingerprint::stations() const { return data_->stations; }
@@ -199,6 +212,8 @@ const std::vector<std::string>& Fingerprint::types() const { return data_->types
 const FingerprintOptions& Fingerprint::options() const { return data_->options; }
 
 std::uint32_t Fingerprint::count(std::size_t type, std::size_t begin, std::size_t end) const {
+  if (begin >= end || end >= stations().size()) refuse_sub_chain(begin, end, stations().size());
+  if (type >= types().size()) refuse_type(type, types().size());
   if (type != 0) return data_->counts.count(type, begin, end);
   return static_cast<std::uint32_t>(trials()) - data_->counts.count(0, begin, end);
 }
