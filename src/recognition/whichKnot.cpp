@@ -40,8 +40,10 @@ std::int64_t rounded(double value) {
   return std::llround(value);
 }
 
-// The magnitude with every factor p divided out. The smallest integer is its own magnitude.
+// The magnitude with every factor p divided out; 0 stays 0. The smallest integer is its own
+// magnitude.
 std::int64_t without_factors(std::int64_t n, int p) {
+  if (n == 0) return 0;
   if (n < 0 && n != std::numeric_limits<std::int64_t>::min()) n = -n;
   if (p == 0) return n;
   while (n % p == 0) n = n / p;
@@ -68,9 +70,7 @@ int WhichKnotDouble_OrdNr(double value) {
       !CompareEq(rest, -1.0, kTolerance)) {
     return kUnusable;
   }
-  const std::int64_t integer = rounded(value);
-  if (integer == 0) return kNoMatch;
-  const std::int64_t wanted = without_factors(integer, 3);
+  const std::int64_t wanted = without_factors(rounded(value), 3);
   for (int i = 0; i <= kLastKnot; ++i) {
     if (wanted == knotsArray[i].valueAtMinus3) return i;
   }
@@ -78,8 +78,7 @@ int WhichKnotDouble_OrdNr(double value) {
 }
 
 std::int64_t Normalize_det_double(double value, int p) {
-  const std::int64_t integer = rounded(value);
-  return integer == 0 ? 0 : without_factors(integer, p);
+  return without_factors(rounded(value), p);
 }
 
 polynomial<int> GivePolyByValM3(double value) {

@@ -72,6 +72,16 @@ TEST_F(WhichKnotTest, NumericValuesThatAreNoIntegers) {
   EXPECT_EQ(WhichKnotDouble_OrdNr(1e300), 39);
 }
 
+// No magnitude is left out of the search: what records hold decides.
+TEST_F(WhichKnotTest, ZeroIsTheFirstRecordOfATableThatWasNeverFilled) {
+  for (KnotRecord& record : knotsArray) record = {};
+  EXPECT_EQ(WhichKnotDouble_OrdNr(0.0), 0);
+  EXPECT_EQ(WhichKnotDouble_OrdNr(-0.000001), 0);
+  EXPECT_EQ(WhichKnotDouble_OrdNr(1.0), 39);
+  FillKnotsArray();
+  EXPECT_EQ(WhichKnotDouble_OrdNr(0.0), 39);
+}
+
 TEST_F(WhichKnotTest, PolynomialByExactValueAtMinusThree) {
   EXPECT_EQ(GivePolyByValM3(1573.0).data(), (std::vector<int>{1, -2, 3, -3, 3, -2, 1}));
   EXPECT_EQ(GivePolyByValM3(13.0).data(), (std::vector<int>{1, -1, 1}));
