@@ -1,7 +1,6 @@
-// What the subcommands share: how they join the command line, and how a run ends.
+// What the subcommands share: how a run ends.
 #pragma once
 
-#include <CLI/App.hpp>
 #include <functional>
 #include <stdexcept>
 #include <string>
@@ -26,7 +25,7 @@ class Failure : public std::runtime_error {
   Exit status_;
 };
 
-// The work that the command line asks for; set by the subcommand that was named.
+// The work that the command line asks for.
 using Work = std::function<Exit()>;
 
 // Writes `korvex: message` and a line end to standard error.
@@ -34,16 +33,5 @@ void complain(const std::string& message);
 
 // Sends on what was written to standard output. Throws Failure when it cannot be written.
 void flush_output();
-
-// Each adds one subcommand to `app`. Parsing the command line sets `work` when it names that one.
-void add_knot(CLI::App& app, Work& work);
-void add_fingerprint(CLI::App& app, Work& work);
-void add_locate(CLI::App& app, Work& work);
-void add_table(CLI::App& app, Work& work);
-
-// The subcommands of the same names in the form that runs the exported interface. A command line
-// with --classic anywhere has these.
-void add_classic_knot(CLI::App& app, Work& work);
-void add_classic_fingerprint(CLI::App& app, Work& work);
 
 }  // namespace korvex::cli

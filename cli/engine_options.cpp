@@ -67,104 +67,101 @@ std::optional<ModelRange> models_from(std::string_view text) {
 
 // An option whose text `parse` turns into a value, or refuses.
 template <typename Value>
-CLI::Option* add_parsed(CLI::App& command, const std::string& option, Value& value,
-                        std::optional<Value> (*parse)(std::string_view), const char* form,
-                        const std::string& description) {
-  const auto assign = [&value, parse](const std::string& text) { value = *parse(text); };
+Option parsed(const std::string& names, Value& value,
+              std::optional<Value> (*parse)(std::string_view), const std::string& form,
+              const std::string& help) {
   const auto refuse = [parse, form](const std::string& text) {
     return parse(text)
                ? std::string()
                : "'" + text + "' is not of the form " + form + ", with the lower number first";
   };
-  return command.add_option_function<std::string>(option, assign, description)
-      ->check(refuse, "")
-      ->type_name(form);
+  return {.names = names,
+          .help = help,
+          .target = [&value, parse](const std::string& text) { value = *parse(text); },
+          .value = form,
+          .refuse = refuse};
 }
 
 // A check that refuses all but the numbers that 64 bits hold.
-CLI::Validator whole_number() {
-  return CLI::Validator(
-      [](const std::string& text) {
-        std::uint64_t value = 0;
-        const char* end = text.data() + text.size();
-        const auto [rest, error] = std::from_chars(text.data(), end, value);
-        if (error == std::errc() && rest == end) return std::string();
-        return "'" + text + "' is not a whole number from 0 to 18446744073709551615";
-      },
-      "");
+Check whole_number() {
+  return [](const std::string& text) {
+    std::uint64_t value = 0;
+    const char* end = text.data() + text.size();
+    const auto [rest, error] = std::from_chars(text.data(), end, value);
+    if (error == std::errc() && rest == end) return std::string();
+    return "'" + text + "' is not a whole number from 0 to 18446744073709551615";
+  };
+}
+
+Option chain_option(std::vector<std::string>& chains) {
+  return {.names = "--chain",
+          .help = "Chains by their names, separated by commas;\ndefault: all",
+          .target = [&chains](const std::vector<std::string>& values) { chains = values; },
+          .value = "NAME",
+          .delimiter = ','};
+}
+
+Option atom_option(std::string& atom) {
+  return {.names = "--atom",
+          .help = "Atom that stands for a residue; default: CA, or P\nin nucleic acids",
+          .target = [&atom](const std::string& value) { atom = value; },
+          .value = "NAME"};
 }
 
 }  // namespace
 
-void add_chain_options(CLI::App& command, ReadOptions& read) {
-  add_parsed(command, "--model", read.models, models_from, "N[-N]",
-             "Models or frames of the file, both included;\ndefault: all");
-  command
-      .add_option("--chain", read.chains,
-                  "Chains by their names, separated by commas;\ndefault: all")
-      ->delimiter(',')
-      ->type_name("NAME");
-  add_parsed(command, "--residues", read.residues, residues_from, "N[-N]",
-             "Residue numbers, both included, with insertion\ncodes where there are any: "
-             "10-52A; default: all");
-  command
-      .add_option("--atom", read.atom,
-                  "Atom that stands for a residue; default: CA, or P\nin nucleic acids")
-      ->type_name("NAME");
-  add_choice(command, "--numbering", read.numbering, kNumberings,
-             "Chain names and residue numbers of an mmCIF file");
-  add_choice(command, "--gaps", read.gaps, kGapPolicies,
-             "Where neighbours are farther apart than 1.5 times\nthe median: join them "
-             "straight, make two chains,\nor refuse the chain");
+void add_chain_options(Command& command, ReadOptions& read) {
+  command.add(parsed("--model", read.models, models_from, "N[-N]",
+                     "Models or frames of the file, both included;\ndefault: all"));
+  command.add(chain_option(read.chains));
+  command.add(parsed("--residues", read.residues, residues_from, "N[-N]",
+                     "Residue numbers, both included, with insertion\ncodes where there are any: "
+                     "10-52A; default: all"));
+  command.add(atom_option(read.atom));
+  command.add(choice("--numbering", read.numbering, kNumberings,
+                     "Chain names and residue numbers of an mmCIF file"));
+  command.add(choice("--gaps", read.gaps, kGapPolicies,
+                     "Where neighbours are farther apart than 1.5 times\nthe median: join them "
+                     "straight, make two chains,\nor refuse the chain"));
 }
 
-void add_run_options(CLI::App& command, Run& run) {
+void add_run_options(Command& command, Run& run) {
   run.threads = 0;
-  command.add_option("--threads", run.threads, "Threads; 0 for as many as the machine has")
-      ->check(within(0, 4096))
-      ->type_name("COUNT")
-      ->capture_default_str();
-  command
-      .add_option("--seed", run.seed,
-                  "Fixes the directions: the same seed gives the same\nanswer on any number of "
-                  "threads")
-      ->check(whole_number())
-      ->type_name("NUMBER")
-      ->capture_default_str();
+  command.add(number("--threads", run.threads, "COUNT", "Threads; 0 for as many as the machine has",
+                     within(0, 4096)));
+  command.add(number("--seed", run.seed, "NUMBER",
+                     "Fixes the directions: the same seed gives the same\nanswer on any number of "
+                     "threads",
+                     whole_number()));
 }
 
-CLI::Validator share() {
-  return CLI::Validator(
-      [](const std::string& text) {
-        double value = 0;
-        const char* end = text.data() + text.size();
-        const auto [rest, error] = std::from_chars(text.data(), end, value);
-        if (error == std::errc() && rest == end && value > 0 && value <= 1) return std::string();
-        return "'" + text + "' is not a number above 0 and at most 1";
-      },
-      "");
+Check share() {
+  return [](const std::string& text) {
+    double value = 0;
+    const char* end = text.data() + text.size();
+    const auto [rest, error] = std::from_chars(text.data(), end, value);
+    if (error == std::errc() && rest == end && value > 0 && value <= 1) return std::string();
+    return "'" + text + "' is not a number above 0 and at most 1";
+  };
 }
 
-void add_sampling(CLI::App& command, Sampling& sampling) {
-  add_choice(command, "--sampling", sampling, kSamplings,
-             "Directions: an even lattice turned at random, or\neach on its own at random");
+Option sampling_option(Sampling& sampling) {
+  return choice("--sampling", sampling, kSamplings,
+                "Directions: an even lattice turned at random, or\neach on its own at random");
 }
 
-void add_fingerprint_options(CLI::App& command, FingerprintOptions& options) {
-  add_choice(command, "--closure", options.closure, kSampledClosures,
-             "How both ends of a sub-chain are led to infinity:\nin one direction, or each in its "
-             "own");
-  command.add_option("--directions", options.directions, "Votes for every sub-chain")
-      ->check(within(1, 1'000'000))
-      ->type_name("COUNT")
-      ->capture_default_str();
-  command.add_option("--step", options.step, "Residues from one end of a sub-chain to the next")
-      ->check(within(1, std::numeric_limits<int>::max()))
-      ->type_name("COUNT")
-      ->capture_default_str();
-  add_sampling(command, options.sampling);
-  add_memory(command, options.most_memory,
-             "Most memory for the votes; a chain that needs more\nis refused", "4G");
+void add_fingerprint_options(Command& command, FingerprintOptions& options) {
+  command.add(choice("--closure", options.closure, kSampledClosures,
+                     "How both ends of a sub-chain are led to infinity:\nin one direction, or each "
+                     "in its own"));
+  command.add(number("--directions", options.directions, "COUNT", "Votes for every sub-chain",
+                     within(1, 1'000'000)));
+  command.add(number("--step", options.step, "COUNT",
+                     "Residues from one end of a sub-chain to the next",
+                     within(1, std::numeric_limits<int>::max())));
+  command.add(sampling_option(options.sampling));
+  command.add(memory(options.most_memory,
+                     "Most memory for the votes; a chain that needs more\nis refused", "4G"));
 }
 
 }  // namespace korvex::cli

@@ -1,10 +1,7 @@
 // Options of the subcommands that run the engine, spelt the same everywhere.
 #pragma once
 
-#include <CLI/App.hpp>
-#include <CLI/Config.hpp>
-#include <CLI/Formatter.hpp>
-
+#include "command_line.hpp"
 #include "korvex/fingerprint.hpp"
 #include "korvex/read.hpp"
 #include "korvex/run.hpp"
@@ -13,18 +10,18 @@ namespace korvex::cli {
 
 // Which chains of a file, and what to do about their gaps: --model, --chain, --residues, --atom,
 // --numbering, --gaps.
-void add_chain_options(CLI::App& command, ReadOptions& read);
+void add_chain_options(Command& command, ReadOptions& read);
 
 // --threads and --seed.
-void add_run_options(CLI::App& command, Run& run);
+void add_run_options(Command& command, Run& run);
 
 // --closure (rays or two-points), --directions, --step, --sampling, --memory.
-void add_fingerprint_options(CLI::App& command, FingerprintOptions& options);
+void add_fingerprint_options(Command& command, FingerprintOptions& options);
 
 // A check that refuses all but numbers above 0 and at most 1.
-CLI::Validator share();
+Check share();
 
 // --sampling.
-void add_sampling(CLI::App& command, Sampling& sampling);
+Option sampling_option(Sampling& sampling);
 
 }  // namespace korvex::cli

@@ -5,6 +5,7 @@
 
 #include "chains.hpp"
 #include "command.hpp"
+#include "commands.hpp"
 #include "engine_options.hpp"
 #include "korvex/error.hpp"
 #include "korvex/save.hpp"
@@ -105,24 +106,22 @@ Exit run_fingerprint(const Options& options) {
 
 }  // namespace
 
-void add_fingerprint(CLI::App& app, Work& work) {
+Command fingerprint_command() {
   auto options = std::make_shared<Options>();
-  CLI::App* command =
-      app.add_subcommand("fingerprint", "Write the knots of all sub-chains of a chain to a file");
-  command->add_option("FILE", options->file, kFormatsRead)->required()->type_name("");
-  command
-      ->add_option("-o,--output", options->output,
-                   "File for the fingerprint, replaced when it is\nthere; - is standard output")
-      ->required()
-      ->type_name("OUT");
-  add_fingerprint_options(*command, options->fingerprint);
-  add_run_options(*command, options->run);
-  add_chain_options(*command, options->read);
-  add_choice(*command, "--format", options->format, kFormats,
-             "NumPy archive, a line for each type of a knotted\nsub-chain, JSON, or the matrix "
-             "text of --classic;\ndefault: by the end of OUT's name, else matrix");
-  add_classic_flag(*command);
-  command->callback([&work, options] { work = [options] { return run_fingerprint(*options); }; });
+  Command command{
+      "fingerprint", "Write the knots of all sub-chains of a chain to a file", {}, [options] {
+        return run_fingerprint(*options);
+      }};
+  command.add(file(options->file));
+  command.add(output(options->output));
+  add_fingerprint_options(command, options->fingerprint);
+  add_run_options(command, options->run);
+  add_chain_options(command, options->read);
+  command.add(choice("--format", options->format, kFormats,
+                     "NumPy archive, a line for each type of a knotted\nsub-chain, JSON, or the "
+                     "matrix text of --classic;\ndefault: by the end of OUT's name, else matrix"));
+  command.add(classic_flag());
+  return command;
 }
 
 }  // namespace korvex::cli

@@ -9,6 +9,7 @@
 
 #include "chains.hpp"
 #include "command.hpp"
+#include "commands.hpp"
 #include "engine_options.hpp"
 #include "korvex/votes.hpp"
 #include "options.hpp"
@@ -157,7 +158,7 @@ Exit run_knot(const KnotOptions& options) {
   return exit;
 }
 
-void add_auto_trials(CLI::App& command, VoteOptions& votes) {
+Option trials_option(VoteOptions& votes) {
   const auto parse = [](const std::string& text, std::size_t& trials) {
     if (text == "auto") {
       trials = 0;
@@ -173,47 +174,49 @@ void add_auto_trials(CLI::App& command, VoteOptions& votes) {
                                : "'" + text + "' is neither auto nor a whole number from 1 to " +
                                      std::to_string(kMostTrials);
   };
-  const auto assign = [&votes, parse](const std::string& text) { parse(text, votes.trials); };
-  command
-      .add_option_function<std::string>(
-          "--trials", assign,
+  return {"--trials",
           "Closures by rays or two points to vote over; auto:\nas many as it takes until one type "
-          "has more than\nhalf for certain, or all shares are known to the\ntolerance")
-      ->check(refuse, "")
-      ->type_name("COUNT|auto")
-      ->default_str("100");
+          "has more than\nhalf for certain, or all shares are known to the\ntolerance",
+          [&votes, parse](const std::string& text) { parse(text, votes.trials); },
+          "COUNT|auto",
+          "100",
+          refuse};
+}
+
+Option closure_option(KnotOptions& options) {
+  Option option = choice("--closure", options.votes.closure, kEngineClosures,
+                         "How the ends are joined: both to infinity in one\ndirection; each in its "
+                         "own; away from the centre;\nstraight to each other; or they are joined "
+                         "already\n(the default for closed chains)");
+  option.target = [&options, take = std::get<TakeOne>(option.target)](const std::string& text) {
+    options.closure_given = true;
+    take(text);
+  };
+  return option;
 }
 
 }  // namespace
 
-void add_knot(CLI::App& app, Work& work) {
+Command knot_command() {
   auto options = std::make_shared<KnotOptions>();
-  CLI::App* command =
-      app.add_subcommand("knot", "Name the knots that chains form, with shares and intervals");
-  command->add_option("FILE", options->files, kFormatsRead)->required()->type_name("");
-  CLI::Option* closure =
-      add_choice(*command, "--closure", options->votes.closure, kEngineClosures,
-                 "How the ends are joined: both to infinity in one\ndirection; each in its own; "
-                 "away from the centre;\nstraight to each other; or they are joined already\n"
-                 "(the default for closed chains)");
-  add_auto_trials(*command, options->votes);
-  command
-      ->add_option("--tolerance", options->votes.tolerance,
-                   "Half the width of the 95 % intervals at which\n--trials auto stops")
-      ->check(share())
-      ->type_name("SHARE")
-      ->capture_default_str();
-  add_sampling(*command, options->votes.sampling);
-  add_run_options(*command, options->run);
-  add_chain_options(*command, options->read);
-  add_choice(*command, "--format", options->format, kFormats,
-             "text, a line for each chain; tsv, a line for each\ntype; json, the crossings of the "
-             "diagrams too");
-  add_classic_flag(*command);
-  command->callback([&work, options, closure] {
-    options->closure_given = closure->count() > 0;
-    work = [options] { return run_knot(*options); };
-  });
+  Command command{
+      "knot", "Name the knots that chains form, with shares and intervals", {}, [options] {
+        return run_knot(*options);
+      }};
+  command.add(files(options->files));
+  command.add(closure_option(*options));
+  command.add(trials_option(options->votes));
+  command.add(number("--tolerance", options->votes.tolerance, "SHARE",
+                     "Half the width of the 95 % intervals at which\n--trials auto stops",
+                     share()));
+  command.add(sampling_option(options->votes.sampling));
+  add_run_options(command, options->run);
+  add_chain_options(command, options->read);
+  command.add(choice("--format", options->format, kFormats,
+                     "text, a line for each chain; tsv, a line for each\ntype; json, the crossings "
+                     "of the diagrams too"));
+  command.add(classic_flag());
+  return command;
 }
 
 }  // namespace korvex::cli

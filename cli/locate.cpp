@@ -8,6 +8,7 @@
 
 #include "chains.hpp"
 #include "command.hpp"
+#include "commands.hpp"
 #include "engine_options.hpp"
 #include "korvex/save.hpp"
 #include "options.hpp"
@@ -61,24 +62,22 @@ Exit run_locate(const Options& options) {
 
 }  // namespace
 
-void add_locate(CLI::App& app, Work& work) {
+Command locate_command() {
   auto options = std::make_shared<Options>();
-  CLI::App* command = app.add_subcommand(
-      "locate", "Tell where chains are knotted: cores, tails, slipknots, composites");
-  command->add_option("FILE", options->files, kFormatsRead)->required()->type_name("");
-  command
-      ->add_option("--threshold", options->locate.threshold,
-                   "Share of a sub-chain's votes at which it counts as\nso knotted")
-      ->check(share())
-      ->type_name("SHARE")
-      ->capture_default_str();
-  add_fingerprint_options(*command, options->fingerprint);
-  add_run_options(*command, options->run);
-  add_chain_options(*command, options->read);
-  add_choice(*command, "--format", options->format, kFormats,
-             "text; tsv and json, for programs; pymol and\nchimerax, commands that colour the "
-             "cores");
-  command->callback([&work, options] { work = [options] { return run_locate(*options); }; });
+  Command command{"locate",
+                  "Tell where chains are knotted: cores, tails, slipknots, composites",
+                  {},
+                  [options] { return run_locate(*options); }};
+  command.add(files(options->files));
+  command.add(number("--threshold", options->locate.threshold, "SHARE",
+                     "Share of a sub-chain's votes at which it counts as\nso knotted", share()));
+  add_fingerprint_options(command, options->fingerprint);
+  add_run_options(command, options->run);
+  add_chain_options(command, options->read);
+  command.add(choice("--format", options->format, kFormats,
+                     "text; tsv and json, for programs; pymol and\nchimerax, commands that colour "
+                     "the cores"));
+  return command;
 }
 
 }  // namespace korvex::cli

@@ -1,9 +1,23 @@
 #include "options.hpp"
 
-#include <charconv>
 #include <limits>
+#include <sstream>
 
 namespace korvex::cli {
+namespace {
+
+constexpr const char* kFormatsRead =
+    "PDB, mmCIF, GRO, XYZ, LAMMPS text dump, or lines\n'x y z' or 'id x y z', also gzipped; - is "
+    "standard\ninput";
+
+}  // namespace
+
+std::string shown(double number) {
+  std::ostringstream text;
+  text << number;
+  return text.str();
+}
+
 std::optional<unsigned long long> parsed_size(const std::string& text) {
   unsigned long long value = 0;
   const char* end = text.data() + text.size();
@@ -16,45 +30,40 @@ std::optional<unsigned long long> parsed_size(const std::string& text) {
   return value << shift;
 }
 
-CLI::Validator within(long long least, long long most) {
-  return {[least, most](const std::string& text) {
-            long long value = 0;
-            const char* end = text.data() + text.size();
-            const auto [rest, error] = std::from_chars(text.data(), end, value);
-            if (error == std::errc() && rest == end && least <= value && value <= most) {
-              return std::string();
-            }
-            return "'" + text + "' is not a whole number from " + std::to_string(least) + " to " +
-                   std::to_string(most);
-          },
-          ""};
+Check within(long long least, long long most) {
+  return [least, most](const std::string& text) {
+    long long value = 0;
+    const char* end = text.data() + text.size();
+    const auto [rest, error] = std::from_chars(text.data(), end, value);
+    if (error == std::errc() && rest == end && least <= value && value <= most) {
+      return std::string();
+    }
+    return "'" + text + "' is not a whole number from " + std::to_string(least) + " to " +
+           std::to_string(most);
+  };
 }
 
-CLI::Option* add_trials(CLI::App& command, int& trials, const std::string& description) {
-  return command.add_option("--trials", trials, description)
-      ->check(within(1, std::numeric_limits<int>::max()))
-      ->type_name("COUNT")
-      ->capture_default_str();
+Option files(std::vector<std::string>& names) {
+  const auto take = [&names](const std::vector<std::string>& values) { names = values; };
+  return {.names = "FILE", .help = kFormatsRead, .target = TakeAll(take), .required = true};
 }
 
-CLI::Option* add_seed(CLI::App& command, std::optional<unsigned>& seed) {
-  return command
-      .add_option("--seed", seed,
-                  "Start of the random numbers, shown with every\n"
-                  "answer: the same seed gives the same answer")
-      ->check(within(0, std::numeric_limits<unsigned>::max()))
-      ->type_name("NUMBER")
-      ->default_str("random");
+Option file(std::string& name) {
+  const auto take = [&name](const std::string& value) { name = value; };
+  return {.names = "FILE", .help = kFormatsRead, .target = TakeOne(take), .required = true};
 }
 
-CLI::Option* add_classic_flag(CLI::App& command) {
-  return command.add_flag("--classic")
-      ->description(
-          "Use the exported interface, whose options and\nanswers differ: see --classic --help");
+Option output(std::string& name) {
+  return {.names = "-o,--output",
+          .help = "File for the fingerprint, replaced when it is\nthere; - is standard output",
+          .target = [&name](const std::string& value) { name = value; },
+          .value = "OUT",
+          .required = true};
 }
 
-CLI::Option* add_verbose(CLI::App& command, bool& verbose) {
-  return command.add_flag("--verbose", verbose, "Show what the libraries report meanwhile");
+Option classic_flag() {
+  return {"--classic",
+          "Use the exported interface, whose options and\nanswers differ: see --classic --help"};
 }
 
 }  // namespace korvex::cli

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "command.hpp"
+#include "commands.hpp"
 #include "korvex/catalogue.hpp"
 #include "options.hpp"
 
@@ -136,21 +137,21 @@ Exit run_table(const Options& options) {
 
 }  // namespace
 
-void add_table(CLI::App& app, Work& work) {
+Command table_command() {
   auto options = std::make_shared<Options>();
-  CLI::App* command = app.add_subcommand("table", "Print the catalogue of knots");
-  command
-      ->add_option("NAME", options->names,
-                   "Knots to print, as 4_1, +3_1 or 3_1 for both hands;\ndefault: all")
-      ->type_name("");
-  command->add_option("--crossings", options->most_crossings, "Most crossings of the knots printed")
-      ->check(within(0, 10))
-      ->type_name("COUNT")
-      ->capture_default_str();
-  command->add_flag("--primes", options->primes_only, "Leave out composite knots and the unknot");
-  add_choice(*command, "--format", options->format, kFormats,
-             "text; tsv, a line for each knot; json");
-  command->callback([&work, options] { work = [options] { return run_table(*options); }; });
+  Command command{
+      "table", "Print the catalogue of knots", {}, [options] { return run_table(*options); }};
+  command.add({.names = "NAME",
+               .help = "Knots to print, as 4_1, +3_1 or 3_1 for both hands;\ndefault: all",
+               .target = [&names = options->names](const std::vector<std::string>& values) {
+                 names = values;
+               }});
+  command.add(number("--crossings", options->most_crossings, "COUNT",
+                     "Most crossings of the knots printed", within(0, 10)));
+  command.add({"--primes", "Leave out composite knots and the unknot", &options->primes_only});
+  command.add(
+      choice("--format", options->format, kFormats, "text; tsv, a line for each knot; json"));
+  return command;
 }
 
 }  // namespace korvex::cli

@@ -83,7 +83,7 @@ def complaint(source, included):
     if is_public(included):
         wrong = room in GROUND + ["preprocess"] and included == "korvex.h"
         return "points up" if wrong else None
-    if room in ("cli", "python") and "/" not in included:
+    if room in ("cli", "python") and ("/" not in included or included.startswith("classic/")):
         return None
     other = room_of(pathlib.PurePath("src") / included)
     return None if other == room or other in BELOW[room] else f"points up to '{other}'"

@@ -1,4 +1,4 @@
-#include "classic.hpp"
+#include "classic/classic.hpp"
 
 #include <algorithm>
 #include <cstdlib>
@@ -24,24 +24,24 @@ void require_atoms(const std::string& name, const std::vector<ChainAtom>& chain)
                  " cannot be closed into a loop; at least 3 are needed");
 }
 
-bool close(std::vector<ChainAtom>& chain, Closure closure) {
+bool close(std::vector<ChainAtom>& chain, ClosureCode closure) {
   switch (closure) {
-    case Closure::kOut:
+    case ClosureCode::kOut:
       return CloseChain_OUT(chain, kFactor) != -1;
-    case Closure::kTwoPoints:
+    case ClosureCode::kTwoPoints:
       return CloseChain_2points(chain, kFactor) != -1;
-    case Closure::kOnePoint:
+    case ClosureCode::kOnePoint:
       return CloseChain_1point(chain, kFactor) != -1;
-    case Closure::kDirection:
+    case ClosureCode::kDirection:
       return CloseChain_1direction(chain) != -1;
-    case Closure::kNone:
+    case ClosureCode::kNone:
       break;
   }
   return true;
 }
 
 std::vector<ChainAtom> closed(const std::string& name, const std::vector<ChainAtom>& chain,
-                              Closure closure) {
+                              ClosureCode closure) {
   constexpr int kAttempts = 1000;
   for (int attempt = 0; attempt < (is_random(closure) ? kAttempts : 1); ++attempt) {
     std::vector<ChainAtom> work = chain;
@@ -62,7 +62,8 @@ bool has_usable_projection(std::vector<ChainAtom> chain) {
 
 // FindMajorKnot tries for ever to close and to project, so that one trial of each comes first, with
 // an end to it.
-void require_answer(const std::string& name, const std::vector<ChainAtom>& chain, Closure closure) {
+void require_answer(const std::string& name, const std::vector<ChainAtom>& chain,
+                    ClosureCode closure) {
   constexpr int kClosures = 10;
   require_atoms(name, chain);
   for (int i = 0; i < (is_random(closure) ? kClosures : 1); ++i) {
@@ -71,10 +72,10 @@ void require_answer(const std::string& name, const std::vector<ChainAtom>& chain
   fail(name, "no projection of this chain has a usable determinant: it is too entangled");
 }
 
-std::vector<Vote> ranking(const Counts& counts) {
+std::vector<RankedKnot> ranking(const Counts& counts) {
   int total = 0;
   for (const int votes : counts) total += votes;
-  std::vector<Vote> result;
+  std::vector<RankedKnot> result;
   for (int ordinal = 0; ordinal < static_cast<int>(counts.size()); ++ordinal) {
     const auto k = static_cast<std::size_t>(ordinal);
     if (counts[k] < 1) continue;
@@ -82,7 +83,7 @@ std::vector<Vote> ranking(const Counts& counts) {
                       static_cast<double>(counts[k]) / static_cast<double>(total)});
   }
   std::stable_sort(result.begin(), result.end(),
-                   [](const Vote& a, const Vote& b) { return a.votes > b.votes; });
+                   [](const RankedKnot& a, const RankedKnot& b) { return a.votes > b.votes; });
   return result;
 }
 
@@ -101,9 +102,9 @@ unsigned choose_seed(std::optional<unsigned> given) {
   return given ? *given : std::random_device()();
 }
 
-int determinations(Closure closure, int trials) { return is_random(closure) ? trials : 1; }
+int determinations(ClosureCode closure, int trials) { return is_random(closure) ? trials : 1; }
 
-Answer determine(const std::string& name, const std::vector<ChainAtom>& chain, Closure closure,
+Answer determine(const std::string& name, const std::vector<ChainAtom>& chain, ClosureCode closure,
                  int trials, unsigned seed, const OnTrial& on_trial) {
   FillKnotsArray();
   std::srand(seed);

@@ -5,7 +5,7 @@
 
 #include "progress.hpp"
 
-namespace korvex::cli {
+namespace korvex::cli::classic {
 
 class FingerprintProgress {
  public:
@@ -24,4 +24,4 @@ class FingerprintProgress {
   Progress progress_;
 };
 
-}  // namespace korvex::cli
+}  // namespace korvex::cli::classic

@@ -1,9 +1,9 @@
-#include "library_log.hpp"
+#include "classic/library_log.hpp"
 
 #include <iostream>
 #include <utility>
 
-namespace korvex::cli {
+namespace korvex::cli::classic {
 
 LibraryLog::LibraryLog(std::function<void(const std::string& line)> listener)
     : listener_(std::move(listener)), previous_(std::clog.rdbuf(this)) {}
@@ -26,4 +26,4 @@ std::function<void(const std::string&)> shown_if(bool verbose) {
   return [](const std::string& line) { std::cerr << line + "\n"; };
 }
 
-}  // namespace korvex::cli
+}  // namespace korvex::cli::classic

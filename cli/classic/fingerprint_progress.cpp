@@ -1,8 +1,8 @@
-#include "fingerprint_progress.hpp"
+#include "classic/fingerprint_progress.hpp"
 
 #include <cstdio>
 
-namespace korvex::cli {
+namespace korvex::cli::classic {
 
 void FingerprintProgress::follow(const std::string& line) {
   long long count = 0;
@@ -20,4 +20,4 @@ void FingerprintProgress::follow(const std::string& line) {
   progress_.show(pass_, done_, sub_chains_, "sub-chains");
 }
 
-}  // namespace korvex::cli
+}  // namespace korvex::cli::classic

@@ -7,9 +7,9 @@
 #include <string>
 
 #include "choice.hpp"
-#include "classic.hpp"
+#include "classic/classic.hpp"
 
-namespace korvex::cli {
+namespace korvex::cli::classic {
 
 enum class ReportFormat { kText, kTsv, kJson };
 
@@ -30,7 +30,7 @@ struct KnotResult {
   std::string file;
   std::size_t atoms = 0;
   std::optional<std::string> distances;  // verdict of the distance check, when it was asked for
-  classic::Answer answer;
+  Answer answer;
 };
 
 // Writes every answer as it comes. The output is well-formed once finish() was called.
@@ -50,4 +50,4 @@ class KnotReport {
   bool first_ = true;
 };
 
-}  // namespace korvex::cli
+}  // namespace korvex::cli::classic

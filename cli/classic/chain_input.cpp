@@ -1,4 +1,4 @@
-#include "chain_input.hpp"
+#include "classic/chain_input.hpp"
 
 #include <sys/mman.h>
 #include <sys/stat.h>
@@ -13,7 +13,7 @@
 #include "korvex/error.hpp"
 #include "korvex/read.hpp"
 
-namespace korvex::cli {
+namespace korvex::cli::classic {
 namespace {
 
 [[noreturn]] void fail(const std::string& reason) {
@@ -92,4 +92,4 @@ std::vector<ChainAtom> read_chain(const std::string& name) {
   return chain;
 }
 
-}  // namespace korvex::cli
+}  // namespace korvex::cli::classic

@@ -5,7 +5,7 @@
 #include <streambuf>
 #include <string>
 
-namespace korvex::cli {
+namespace korvex::cli::classic {
 
 // As long as it lives, every line written to `std::clog` goes to `listener` (without its end) and
 // nowhere else.
@@ -27,4 +27,4 @@ class LibraryLog : private std::streambuf {
 // A listener that shows the lines on standard error when `verbose`, and otherwise drops them.
 std::function<void(const std::string&)> shown_if(bool verbose);
 
-}  // namespace korvex::cli
+}  // namespace korvex::cli::classic

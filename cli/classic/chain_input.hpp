@@ -6,10 +6,10 @@
 
 #include "preprocess.h"
 
-namespace korvex::cli {
+namespace korvex::cli::classic {
 
 // Reads the chain called `name`. Throws Failure when there is none to read, with its name and the
 // reason.
 std::vector<ChainAtom> read_chain(const std::string& name);
 
-}  // namespace korvex::cli
+}  // namespace korvex::cli::classic

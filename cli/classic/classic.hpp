@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "closure.hpp"
+#include "classic/closure.hpp"
 #include "korvex.h"
 
 namespace korvex::cli::classic {
@@ -16,7 +16,7 @@ namespace korvex::cli::classic {
 using Counts = std::array<int, 42>;  // votes, indexed by knot ordinal
 
 // One knot type of a ranking.
-struct Vote {
+struct RankedKnot {
   int ordinal;       // knot ordinal
   std::string name;  // name in the knot table
   int votes;         // at least 1
@@ -25,12 +25,12 @@ struct Vote {
 
 // The chain's votes over its closures.
 struct Answer {
-  std::vector<Vote> ranking;  // most votes first
-  std::string text;           // the interface's own ranked list, percentages truncated
+  std::vector<RankedKnot> ranking;  // most votes first
+  std::string text;                 // the interface's own ranked list, percentages truncated
 };
 
 struct FingerprintSettings {
-  Closure closure;
+  ClosureCode closure;
   int trials;
   int step;                   // spacing of the net, in atoms
   int threshold;              // percent
@@ -44,12 +44,12 @@ using OnTrial = std::function<void(int done, int total)>;
 unsigned choose_seed(std::optional<unsigned> given);
 
 // The determinations made for so many trials: random closures differ, the others are made once.
-int determinations(Closure closure, int trials);
+int determinations(ClosureCode closure, int trials);
 
 // Votes over the closures of `chain`, which messages call `name`. Starts from `srand(seed)`, so
 // that the answer depends on nothing that ran before. Throws Failure for a chain that has no
 // answer: fewer than 3 atoms, impossible to close, or without a usable projection.
-Answer determine(const std::string& name, const std::vector<ChainAtom>& chain, Closure closure,
+Answer determine(const std::string& name, const std::vector<ChainAtom>& chain, ClosureCode closure,
                  int trials, unsigned seed, const OnTrial& on_trial);
 
 // Writes the fingerprint of `chain`, which messages call `name`, to `out`, from `srand(seed)` on.

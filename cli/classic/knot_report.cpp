@@ -1,11 +1,11 @@
-#include "knot_report.hpp"
+#include "classic/knot_report.hpp"
 
 #include <fmt/format.h>
 
 #include <nlohmann/json.hpp>
 #include <utility>
 
-namespace korvex::cli {
+namespace korvex::cli::classic {
 namespace {
 
 // A file's name as one field of a line.
@@ -61,7 +61,7 @@ void KnotReport::finish() {
 }
 
 void KnotReport::add_tsv(const KnotResult& result) {
-  for (const classic::Vote& vote : result.answer.ranking) {
+  for (const RankedKnot& vote : result.answer.ranking) {
     out_ << fmt::format("{}\t{}\t{}\t{}\t{}\t{}\t{}\t{:.6g}\n", field(result.file), result.atoms,
                         settings_.closure, settings_.trials, settings_.seed, vote.name, vote.votes,
                         vote.share);
@@ -77,7 +77,7 @@ void KnotReport::add_json(const KnotResult& result) {
   if (result.distances) record["distances"] = *result.distances;
   record["text"] = result.answer.text;
   record["knots"] = nlohmann::ordered_json::array();
-  for (const classic::Vote& vote : result.answer.ranking) {
+  for (const RankedKnot& vote : result.answer.ranking) {
     record["knots"].push_back({{"knot", vote.name},
                                {"ordinal", vote.ordinal},
                                {"votes", vote.votes},
@@ -87,4 +87,4 @@ void KnotReport::add_json(const KnotResult& result) {
   out_ << (first_ ? "\n" : ",\n") << record.dump(-1, ' ', false, kReplaceBadUtf8);
 }
 
-}  // namespace korvex::cli
+}  // namespace korvex::cli::classic
