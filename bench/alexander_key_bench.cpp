@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "comparison.hpp"
+#include "engine/invariants/of_codes.hpp"
 #include "engine/projection/triangle_elimination.hpp"
-#include "korvex/alexander.hpp"
 #include "korvex/diagram.hpp"
 #include "korvex/directions.hpp"
 #include "random_rings.hpp"

@@ -11,7 +11,7 @@
 #include "comparison.hpp"
 #include "engine/closures/voting.hpp"
 #include "engine/fingerprint/fingerprint_data.hpp"
-#include "korvex/alexander.hpp"
+#include "engine/invariants/of_codes.hpp"
 #include "korvex/fingerprint.hpp"
 #include "korvex/votes.hpp"
 #include "reference/preprocess.hpp"

@@ -21,13 +21,12 @@ namespace korvex {
 // for its mirror image, 1 for the unknot, and another for another Alexander polynomial but for
 // chance of about 2^-50. O(n w^2) for n crossings at worst, where a sweep over the diagram has w
 // generators open at a time: a few in simplified diagrams of random knots, about sqrt(n) in a
-// tangle without parts. Any thread.
+// tangle without parts. Of `run` it asks only whether to stop: Error(kCancelled). Any thread.
 //
 // Source: colouring moves, R. Blair, A. Kjuchukova, R. Velazquez and P. Villanueva, Comm. Anal.
 // Geom. 28, 105 (2020), applied to the Alexander quandle, D. Joyce, J. Pure Appl. Algebra 23, 37
 // (1982).
-KORVEX_API std::uint64_t alexander_key(const Diagram& diagram);
-KORVEX_API std::uint64_t alexander_key(const GaussCode& closed);
+KORVEX_API std::uint64_t alexander_key(const Diagram& diagram, const Run& run = {});
 
 // The key of a polynomial with the given coefficients, lowest power first.
 KORVEX_API std::uint64_t alexander_key_of(std::span<const std::int64_t> coefficients);
@@ -57,6 +56,5 @@ struct KORVEX_API AlexanderPolynomial {
 // Source: values modulo primes below 2^62, Newton's interpolation, Chinese remainders; L. H.
 // Kauffman, Formal Knot Theory (1983), for the bound on coefficients.
 KORVEX_API AlexanderPolynomial alexander_polynomial(const Diagram& diagram, const Run& run = {});
-KORVEX_API AlexanderPolynomial alexander_polynomial(const GaussCode& closed, const Run& run = {});
 
 }  // namespace korvex

@@ -10,6 +10,7 @@
 
 #include "korvex/diagram.hpp"
 #include "korvex/export.hpp"
+#include "korvex/run.hpp"
 
 namespace korvex {
 
@@ -22,15 +23,15 @@ namespace korvex {
 // pairs of k.
 //
 // p is an odd prime up to 31; Error(kInvalidArgument) otherwise. Nothing where the diagram is too
-// large: where the search takes more than 10 million steps. For a diagram of n crossings that b
-// arcs generate it takes fewer than n (p^2/2)^(b-1), and b is 3 for most diagrams of 10 crossings.
-// Any thread.
+// large: where the search takes more than 10 million steps, from crossing to crossing while arcs
+// are coloured and again along the longitude of every homomorphism found. For a diagram of n
+// crossings that b arcs generate it takes fewer than 2n (p^2/2)^(b-1), and b is 3 for most diagrams
+// of 10 crossings. Of `run` it asks only whether to stop: Error(kCancelled). Any thread.
 //
 // Sources: R. Riley, Proc. London Math. Soc. 24, 217 (1972), for parabolic representations; M.
 // Eisermann, Pacific J. Math. 231, 305 (2007), for counting colourings by their longitudes.
 KORVEX_API std::optional<std::vector<std::int64_t>> parabolic_colourings(const Diagram& diagram,
-                                                                         int p);
-KORVEX_API std::optional<std::vector<std::int64_t>> parabolic_colourings(const GaussCode& closed,
-                                                                         int p);
+                                                                         int p,
+                                                                         const Run& run = {});
 
 }  // namespace korvex

@@ -11,6 +11,7 @@
 #include "korvex/export.hpp"
 #include "korvex/gauss_code.hpp"
 #include "korvex/geometry.hpp"
+#include "korvex/run.hpp"
 
 namespace korvex {
 
@@ -31,13 +32,16 @@ class KORVEX_API Diagram {
   // about 1e-5 rad, and where the polygon touches itself its points are moved by about 1e-9 of its
   // extent: always in the same way. Segment i of the passages runs from point i to the next one.
   // Throws Error(kInvalidArgument) for a coordinate that is not finite or a direction of length 0.
-  // O(n log n + crossings) for chains that do not fill the plane.
-  static Diagram of_polygon(std::span<const Point> points, const Point& direction);
+  // O(n log n + crossings) for chains that do not fill the plane. Of `run` it asks only whether to
+  // stop: Error(kCancelled).
+  static Diagram of_polygon(std::span<const Point> points, const Point& direction,
+                            const Run& run = {});
 
   // The open chain through `points` whose two ends are led to infinity in `direction` and joined
   // there: its projection and an arc between the ends that passes over everything. Degenerate views
   // and errors as above.
-  static Diagram of_open_chain(std::span<const Point> points, const Point& direction);
+  static Diagram of_open_chain(std::span<const Point> points, const Point& direction,
+                               const Run& run = {});
 
   // A planar diagram code, as numbers or as text of the form [[1,5,2,4],[5,3,6,2],[3,1,4,6]] (any
   // separators do; the numbers are taken four by four). Throws Error(kBadInput) when it is not one
@@ -71,8 +75,9 @@ class KORVEX_API Diagram {
   // A diagram of the same knot with no more crossings: Reidemeister moves I and II, and stretches
   // that pass over everything (or under everything) laid along the way that meets the fewest
   // strands (which is moves III and II), until none of these takes a crossing away. The least
-  // number of crossings is not promised. About O(n^2) for each move that succeeds.
-  Diagram simplified() const;
+  // number of crossings is not promised. About O(n^2) for each move that succeeds. Of `run` it asks
+  // only whether to stop, before each stretch: Error(kCancelled).
+  Diagram simplified(const Run& run = {}) const;
 
   friend bool operator==(const Diagram&, const Diagram&) = default;
 

@@ -12,6 +12,7 @@
 
 #include "korvex/diagram.hpp"
 #include "korvex/export.hpp"
+#include "korvex/run.hpp"
 
 namespace korvex {
 
@@ -27,15 +28,15 @@ struct HomflyTerm {
 using HomflyPolynomial = std::vector<HomflyTerm>;
 
 // The polynomial of the diagram's knot, exact; nothing where the diagram is too large: where taking
-// it in crossing by crossing needs a frontier of more than 16 strand ends, or a coefficient does
-// not fit into 64 bits. Time is in proportion to crossings and (w/2)! for a frontier of w ends:
-// well below a millisecond for 12 crossings. Simplify diagrams first. Any thread.
+// it in crossing by crossing needs a frontier of more than 16 strand ends, where a coefficient does
+// not fit into 64 bits, or beyond 4 million crossings. Time is in proportion to crossings, terms of
+// the polynomial and (w/2)! for a frontier of w ends: well below a millisecond for 12 crossings.
+// Simplify diagrams first. Of `run` it asks only whether to stop: Error(kCancelled). Any thread.
 //
 // Source: skein relation, P. Freyd et al., Bull. Amer. Math. Soc. 12, 239 (1985), J. H. Przytycki
 // and P. Traczyk, Kobe J. Math. 4, 115 (1988); summed over layered tangles behind a frontier as B.
 // Burton, SoCG 2018, LIPIcs 99, 18, does over a tree decomposition.
-KORVEX_API std::optional<HomflyPolynomial> homfly(const Diagram& diagram);
-KORVEX_API std::optional<HomflyPolynomial> homfly(const GaussCode& closed);
+KORVEX_API std::optional<HomflyPolynomial> homfly(const Diagram& diagram, const Run& run = {});
 
 KORVEX_API HomflyPolynomial mirror(const HomflyPolynomial& polynomial);
 // Throws Error(kInvalidArgument) where a coefficient leaves 64 bits.

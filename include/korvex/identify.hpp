@@ -11,6 +11,7 @@
 #include "korvex/catalogue.hpp"
 #include "korvex/diagram.hpp"
 #include "korvex/export.hpp"
+#include "korvex/run.hpp"
 
 namespace korvex {
 
@@ -67,7 +68,8 @@ struct KORVEX_API KnotIdentity {
 // diagram too large for both polynomials keeps the types that are left without their hands. An
 // Alexander polynomial 1 alone is never taken for the unknot: such a diagram is 0_1 by HOMFLY-PT or
 // Jones, or where it is too large for both, 0_1 that is not proven. Answers are remembered by Gauss
-// code. Any thread.
-KORVEX_API KnotIdentity identify(const Diagram& diagram, Detail detail = Detail::kHand);
+// code. Of `run` it asks only whether to stop: Error(kCancelled). Any thread.
+KORVEX_API KnotIdentity identify(const Diagram& diagram, Detail detail = Detail::kHand,
+                                 const Run& run = {});
 
 }  // namespace korvex

@@ -13,6 +13,7 @@
 
 #include "korvex/diagram.hpp"
 #include "korvex/export.hpp"
+#include "korvex/run.hpp"
 
 namespace korvex {
 
@@ -27,13 +28,13 @@ struct JonesTerm {
 using JonesPolynomial = std::vector<JonesTerm>;
 
 // The polynomial of the diagram's knot, exact; nothing where the diagram is too large: where taking
-// it in crossing by crossing needs a frontier of more than 24 strand ends, or a coefficient does
-// not fit into 64 bits. Time is in proportion to crossings and the Catalan number of w/2 for a
-// frontier of w ends. Simplify diagrams first. Any thread.
+// it in crossing by crossing needs a frontier of more than 24 strand ends, where a coefficient does
+// not fit into 64 bits, or beyond 4 million crossings. Time is in proportion to crossings, terms of
+// the polynomial and the Catalan number of w/2 for a frontier of w ends. Simplify diagrams first.
+// Of `run` it asks only whether to stop: Error(kCancelled). Any thread.
 //
 // Source: state sum of L. H. Kauffman, Topology 26, 395 (1987), behind a frontier.
-KORVEX_API std::optional<JonesPolynomial> jones(const Diagram& diagram);
-KORVEX_API std::optional<JonesPolynomial> jones(const GaussCode& closed);
+KORVEX_API std::optional<JonesPolynomial> jones(const Diagram& diagram, const Run& run = {});
 
 KORVEX_API JonesPolynomial mirror(const JonesPolynomial& polynomial);
 // Throws Error(kInvalidArgument) where a coefficient leaves 64 bits.

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+#include <tuple>
 #include <vector>
 
 #include "korvex/catalogue.hpp"
@@ -93,6 +95,31 @@ TEST(ParabolicColourings, TellTypesApartThatShareTheirHomflyPolynomialAndSignatu
 
 TEST(ParabolicColourings, GiveUpOnDiagramsThatAreTooLarge) {
   EXPECT_FALSE(parabolic_colourings(Diagram::of_gauss_code(support::torus_knot_code(9, 10)), 31));
+}
+
+// Each trefoil is coloured in 6 ways on its own, whatever the others' colours.
+TEST(ParabolicColourings, GiveUpOnSumsOfManyTrefoils) {
+  std::string code;
+  for (int trefoil = 0; trefoil < 1000; ++trefoil)
+    for (const auto& [side, number, sign] : {std::tuple{'O', 1, '+'},
+                                             {'U', 2, '+'},
+                                             {'O', 3, '+'},
+                                             {'U', 1, '+'},
+                                             {'O', 2, '+'},
+                                             {'U', 3, '+'}})
+      code += side + std::to_string(3 * trefoil + number) + sign;
+  EXPECT_FALSE(parabolic_colourings(Diagram::of_gauss_code(code), 5));
+}
+
+TEST(ParabolicColourings, OfAFewTrefoilsAreThoseOfEachAlone) {
+  const Diagram trefoil = diagram_of("+3_1");
+  Diagram sum = trefoil;
+  Counts expected = counts(trefoil, 5);
+  for (int more = 0; more < 5; ++more) {
+    sum = sum.connected_sum(trefoil);
+    expected = of_sum(expected, counts(trefoil, 5));
+  }
+  EXPECT_EQ(counts(sum, 5), expected);
 }
 
 TEST(ParabolicColourings, RefuseWhatIsNoOddPrimeTo31) {

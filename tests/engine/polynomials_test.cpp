@@ -8,6 +8,7 @@
 #include "korvex/homfly.hpp"
 #include "korvex/jones.hpp"
 #include "support/data_file.hpp"
+#include "support/diagrams.hpp"
 #include "support/knot_rows.hpp"
 
 namespace korvex {
@@ -78,6 +79,24 @@ TEST(Homfly, AndJonesAreOneForTheUnknot) {
     const Diagram diagram = Diagram::of_gauss_code(code);
     EXPECT_EQ(text_of(homfly(diagram).value_or(HomflyPolynomial{})), "(0,0):1") << code;
     EXPECT_EQ(text_of(jones(diagram).value_or(JonesPolynomial{})), "0:1") << code;
+  }
+}
+
+// Two crossings clasped and `twists` half twists, an odd number. Changing a twist gives the knot
+// with two twists less, smoothing it the same link for all.
+HomflyPolynomial homfly_of_twist_knot(int twists) {
+  HomflyPolynomial polynomial{{-twists - 3, 0, -1}, {-twists - 1, 0, 1}};
+  for (int a = -twists - 1; a < -2; a += 2) polynomial.push_back({a, 2, 1});
+  polynomial.push_back({-2, 0, 1});
+  polynomial.push_back({-2, 2, 1});
+  return polynomial;
+}
+
+TEST(Polynomials, OfTwistKnotsHaveExponentsOfAnySize) {
+  for (const int twists : {3, 5, 21, 32'999}) {
+    const Diagram diagram = Diagram::of_gauss_code(support::odd_pretzel(1, 1, twists));
+    EXPECT_EQ(diagram.crossings(), static_cast<std::size_t>(twists) + 2);
+    EXPECT_EQ(homfly(diagram), homfly_of_twist_knot(twists)) << twists;
   }
 }
 

@@ -8,6 +8,7 @@
 
 #include "engine/diagram/plane_diagram.hpp"
 #include "engine/identify/canonical_code.hpp"
+#include "engine/invariants/of_codes.hpp"
 #include "korvex/homfly.hpp"
 #include "korvex/signature.hpp"
 #include "support/diagrams.hpp"

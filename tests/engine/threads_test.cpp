@@ -90,9 +90,8 @@ TEST(AtOnce, InvariantsOfOneDiagram) {
   ASSERT_NE(type, nullptr);
   const Diagram diagram = Diagram::of_gauss_code(type->gauss_code);
   expect_one_answer([&] {
-    return std::to_string(alexander_key(diagram.code())) + ' ' +
-           std::to_string(signature(diagram)) + ' ' + text_of(homfly(diagram).value()) + ' ' +
-           text_of(jones(diagram).value());
+    return std::to_string(alexander_key(diagram)) + ' ' + std::to_string(signature(diagram)) + ' ' +
+           text_of(homfly(diagram).value()) + ' ' + text_of(jones(diagram).value());
   });
 }
 

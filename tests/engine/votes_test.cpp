@@ -9,8 +9,8 @@
 #include <string>
 
 #include "engine/closures/voting.hpp"
+#include "engine/invariants/of_codes.hpp"
 #include "engine/random_chains.hpp"
-#include "korvex/alexander.hpp"
 #include "korvex/diagram.hpp"
 #include "korvex/error.hpp"
 

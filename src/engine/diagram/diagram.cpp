@@ -39,10 +39,10 @@ Diagram Diagram::connected_sum(const Diagram& other) const {
   return Diagram(std::move(code));
 }
 
-Diagram Diagram::simplified() const {
+Diagram Diagram::simplified(const Run& run) const {
   GaussCode code = code_;
   CodeReduction reduction;
-  PassMoves().simplify(code, reduction);
+  PassMoves().simplify(code, reduction, run);
   return Diagram(std::move(code));
 }
 

@@ -7,6 +7,7 @@
 
 #include "engine/diagram/code_reduction.hpp"
 #include "engine/diagram/pass_moves.hpp"
+#include "engine/run/parallel.hpp"
 
 namespace korvex {
 namespace {
@@ -18,8 +19,9 @@ struct Stretch {
 };
 
 // A stretch, not empty and not everything, that holds both passages of all its crossings.
-std::optional<Stretch> closed_stretch(const GaussCode& code) {
+std::optional<Stretch> closed_stretch(const GaussCode& code, const Run& run) {
   for (std::size_t begin = 1; begin < code.size(); ++begin) {
+    throw_if_cancelled(run);
     std::size_t reach = begin;
     for (std::size_t k = begin; k <= reach; ++k) {
       const auto mate = static_cast<std::size_t>(code[k].mate);
@@ -46,7 +48,7 @@ GaussCode part(const GaussCode& code, const Stretch& stretch, bool inside) {
 
 }  // namespace
 
-std::vector<GaussCode> prime_parts(const GaussCode& simplified) {
+std::vector<GaussCode> prime_parts(const GaussCode& simplified, const Run& run) {
   constexpr std::size_t kFewestKnottedPassages = 6;
   CodeReduction reduction;
   PassMoves moves;
@@ -56,10 +58,10 @@ std::vector<GaussCode> prime_parts(const GaussCode& simplified) {
     GaussCode code = std::move(waiting.back());
     waiting.pop_back();
     if (code.size() < kFewestKnottedPassages) continue;
-    if (const auto stretch = closed_stretch(code)) {
+    if (const auto stretch = closed_stretch(code, run)) {
       for (const bool inside : {true, false}) {
         waiting.push_back(part(code, *stretch, inside));
-        moves.simplify(waiting.back(), reduction);
+        moves.simplify(waiting.back(), reduction, run);
       }
     } else {
       parts.push_back(std::move(code));

@@ -17,7 +17,7 @@ namespace korvex {
 namespace {
 
 // A diagram with fewer crossings than the given one or of several parts, in parts.
-std::optional<std::vector<GaussCode>> simpler_parts(const GaussCode& part) {
+std::optional<std::vector<GaussCode>> simpler_parts(const GaussCode& part, const Run& run) {
   constexpr std::size_t kMostDiagrams = 100;
   CodeReduction reduction;
   PassMoves pass_moves;
@@ -26,8 +26,8 @@ std::optional<std::vector<GaussCode>> simpler_parts(const GaussCode& part) {
   for (; !waiting.empty(); waiting.pop_front()) {
     for (GaussCode& moved : third_moves(waiting.front())) {
       if (!seen.insert(canonical_code(moved)).second) continue;
-      pass_moves.simplify(moved, reduction);
-      std::vector<GaussCode> parts = prime_parts(moved);
+      pass_moves.simplify(moved, reduction, run);
+      std::vector<GaussCode> parts = prime_parts(moved, run);
       if (parts.size() != 1 || parts.front().size() < part.size()) return parts;
       if (seen.size() == kMostDiagrams) return std::nullopt;
       waiting.push_back(std::move(moved));
@@ -46,7 +46,7 @@ GaussCode mirrored(GaussCode code) {
 
 }  // namespace
 
-std::vector<GaussCode> searched_parts(const GaussCode& part) {
+std::vector<GaussCode> searched_parts(const GaussCode& part, const Run& run) {
   // Begun with the same code for all codes of a diagram and of its mirror image.
   GaussCode start = canonical_diagram(part);
   GaussCode image = canonical_diagram(mirrored(part));
@@ -56,7 +56,7 @@ std::vector<GaussCode> searched_parts(const GaussCode& part) {
   while (!waiting.empty()) {
     GaussCode code = std::move(waiting.back());
     waiting.pop_back();
-    if (auto parts = simpler_parts(code)) {
+    if (auto parts = simpler_parts(code, run)) {
       for (GaussCode& simpler : *parts) waiting.push_back(std::move(simpler));
     } else {
       found.push_back(std::move(code));

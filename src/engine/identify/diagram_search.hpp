@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "engine/diagram/gauss_code.hpp"
+#include "korvex/run.hpp"
 
 namespace korvex {
 
@@ -12,7 +13,7 @@ namespace korvex {
 // until pass moves shorten one or one shows a connected sum, and then the parts of that one. The
 // parts are `part` alone where about a hundred diagrams show neither. Depends on the diagram as a
 // point set on the sphere alone, not on where its code begins and which way it runs; the mirror
-// image of `part` has the mirror images of its parts.
-std::vector<GaussCode> searched_parts(const GaussCode& part);
+// image of `part` has the mirror images of its parts. Of `run` it asks only whether to stop.
+std::vector<GaussCode> searched_parts(const GaussCode& part, const Run& run = {});
 
 }  // namespace korvex

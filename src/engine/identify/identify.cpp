@@ -14,6 +14,7 @@
 #include "engine/diagram/prime_parts.hpp"
 #include "engine/identify/canonical_code.hpp"
 #include "engine/identify/diagram_search.hpp"
+#include "engine/invariants/of_codes.hpp"
 #include "korvex/colourings.hpp"
 #include "korvex/homfly.hpp"
 #include "korvex/jones.hpp"
@@ -91,13 +92,13 @@ std::string name_of_unknown(const KnotIdentity& identity) {
 // One prime part of a diagram, on its way to its name.
 class PartIdentification {
  public:
-  PartIdentification(const GaussCode& code, Detail detail)
-      : code_(code), with_hands_(detail == Detail::kHand) {}
+  PartIdentification(const GaussCode& code, Detail detail, const Run& run)
+      : code_(code), with_hands_(detail == Detail::kHand), run_(run) {}
 
   KnotIdentity identify() {
     identity_.crossings = code_.size() / 2;
     identity_.evidence = Evidence::kAlexander;
-    identity_.alexander_key = alexander_key(code_);
+    identity_.alexander_key = alexander_key(code_, run_);
     identity_.candidates = types_with_key(identity_.alexander_key);
     exclude_by_crossings();
     if (is_open()) compare_polynomials();
@@ -106,7 +107,7 @@ class PartIdentification {
       if (is_open() && identity_.crossings <= kMostCrossingsForSignature) compare_colourings(p);
     if (identity_.candidates.empty()) {
       if (identity_.crossings <= kMostCrossingsForPolynomial)
-        identity_.alexander = alexander_polynomial(code_);
+        identity_.alexander = alexander_polynomial(code_, run_);
       identity_.name = name_of_unknown(identity_);
       return std::move(identity_);
     }
@@ -153,10 +154,10 @@ class PartIdentification {
 
   void compare_polynomials() {
     has_polynomial_ = true;
-    if (const auto p = homfly(code_)) {
+    if (const auto p = homfly(code_, run_)) {
       identity_.evidence = Evidence::kHomfly;
       keep([&](const KnotType& type) { return type.homfly == *p; });
-    } else if (const auto v = jones(code_)) {
+    } else if (const auto v = jones(code_, run_)) {
       identity_.evidence = Evidence::kJones;
       keep([&](const KnotType& type) { return type.jones == *v; });
     } else {
@@ -167,12 +168,12 @@ class PartIdentification {
 
   void compare_signature() {
     identity_.evidence = Evidence::kSignature;
-    const int s = signature(code_);
+    const int s = signature(code_, run_);
     keep([&](const KnotType& type) { return type.signature == s; });
   }
 
   void compare_colourings(int p) {
-    const auto counts = parabolic_colourings(code_, p);
+    const auto counts = parabolic_colourings(code_, p, run_);
     if (!counts) return;
     identity_.evidence = Evidence::kColourings;
     keep([&](const KnotType& type) { return colourings_of(type, p) == *counts; });
@@ -180,6 +181,7 @@ class PartIdentification {
 
   const GaussCode& code_;
   bool with_hands_;
+  const Run& run_;
   bool has_polynomial_ = false;  // HOMFLY-PT or Jones
   KnotIdentity identity_;
 };
@@ -269,16 +271,16 @@ bool may_be_simpler(const GaussCode& part, const KnotIdentity& identity) {
   return !identity.proven && identity.crossings <= kMostCrossings && !is_alternating(part);
 }
 
-KnotIdentity identify_anew(const GaussCode& code, Detail detail) {
+KnotIdentity identify_anew(const GaussCode& code, Detail detail, const Run& run) {
   std::vector<KnotIdentity> summands;
-  for (const GaussCode& part : prime_parts(code)) {
-    KnotIdentity summand = PartIdentification(part, detail).identify();
+  for (const GaussCode& part : prime_parts(code, run)) {
+    KnotIdentity summand = PartIdentification(part, detail, run).identify();
     if (!may_be_simpler(part, summand)) {
       summands.push_back(std::move(summand));
       continue;
     }
-    for (const GaussCode& simpler : searched_parts(part))
-      summands.push_back(PartIdentification(simpler, detail).identify());
+    for (const GaussCode& simpler : searched_parts(part, run))
+      summands.push_back(PartIdentification(simpler, detail, run).identify());
   }
   return sum_of(std::move(summands), detail);
 }
@@ -307,23 +309,23 @@ class Memory {
 
 }  // namespace
 
-KnotIdentity identify_simplified(const GaussCode& closed, Detail detail) {
+KnotIdentity identify_simplified(const GaussCode& closed, Detail detail, const Run& run) {
   constexpr std::size_t kMostCrossingsToRemember = 64;
   const std::size_t crossings = closed.size() / 2;
   if (crossings <= 2) return unknot();
-  if (crossings > kMostCrossingsToRemember) return identify_anew(closed, detail);
+  if (crossings > kMostCrossingsToRemember) return identify_anew(closed, detail, run);
   static Memory memories[2];
   Memory& memory = memories[detail == Detail::kHand ? 0 : 1];
   std::string code = canonical_code(closed);
   if (auto known = memory.find(code)) return *known;
   // What is found, and which polynomials were in reach, must not depend on which code came first.
-  KnotIdentity identity = identify_anew(canonical_diagram(closed), detail);
+  KnotIdentity identity = identify_anew(canonical_diagram(closed), detail, run);
   memory.keep(std::move(code), identity);
   return identity;
 }
 
-KnotIdentity identify(const Diagram& diagram, Detail detail) {
-  return identify_simplified(diagram.simplified().code(), detail);
+KnotIdentity identify(const Diagram& diagram, Detail detail, const Run& run) {
+  return identify_simplified(diagram.simplified(run).code(), detail, run);
 }
 
 }  // namespace korvex

@@ -6,6 +6,7 @@
 namespace korvex {
 
 // As identify(), for a closed code that pass moves leave as it is.
-KnotIdentity identify_simplified(const GaussCode& closed, Detail detail = Detail::kHand);
+KnotIdentity identify_simplified(const GaussCode& closed, Detail detail = Detail::kHand,
+                                 const Run& run = {});
 
 }  // namespace korvex

@@ -1,7 +1,8 @@
 #include <cstddef>
 
-#include "engine/invariants/colouring.hpp"
+#include "engine/invariants/arc_colouring.hpp"
 #include "engine/invariants/modular.hpp"
+#include "engine/invariants/of_codes.hpp"
 #include "engine/invariants/seed_elimination.hpp"
 #include "korvex/alexander.hpp"
 
@@ -42,9 +43,9 @@ struct BothField {
 
 class KeyMaker {
  public:
-  std::uint64_t key(const GaussCode& closed) {
+  std::uint64_t key(const GaussCode& closed, const Run& run) {
     colouring_.plan(closed);
-    switch (both_.run(colouring_, {kT, kInverseT}, {kInverseT, kT})) {
+    switch (both_.take(colouring_, {kT, kInverseT}, {kInverseT, kT}, run)) {
       case Outcome::kDone:
         return quotient(product(both_.numerator()), product(both_.denominator()));
       case Outcome::kZero:
@@ -52,7 +53,7 @@ class KeyMaker {
       case Outcome::kStuck:
         break;
     }
-    return Field::multiply(determinant(kT, kInverseT), determinant(kInverseT, kT));
+    return Field::multiply(determinant(kT, kInverseT, run), determinant(kInverseT, kT, run));
   }
 
  private:
@@ -65,25 +66,27 @@ class KeyMaker {
   }
 
   // For one of the two alone.
-  std::uint64_t determinant(std::uint64_t t, std::uint64_t inverse_t) const {
+  std::uint64_t determinant(std::uint64_t t, std::uint64_t inverse_t, const Run& run) const {
     using Elimination = SeedElimination<std::uint64_t, Field>;
     Elimination one;
-    if (one.run(colouring_, t, inverse_t) != Elimination::Outcome::kDone) return 0;
+    if (one.take(colouring_, t, inverse_t, run) != Elimination::Outcome::kDone) return 0;
     return quotient(one.numerator(), one.denominator());
   }
 
-  Colouring colouring_;
+  ArcColouring colouring_;
   SeedElimination<Both, BothField> both_;
 };
 
 }  // namespace
 
-std::uint64_t alexander_key(const GaussCode& closed) {
+std::uint64_t alexander_key(const GaussCode& closed, const Run& run) {
   static thread_local KeyMaker maker;
-  return maker.key(closed);
+  return maker.key(closed, run);
 }
 
-std::uint64_t alexander_key(const Diagram& diagram) { return alexander_key(diagram.code()); }
+std::uint64_t alexander_key(const Diagram& diagram, const Run& run) {
+  return alexander_key(diagram.code(), run);
+}
 
 std::uint64_t alexander_key_of_sum(std::uint64_t a, std::uint64_t b) {
   return Field::multiply(a, b);

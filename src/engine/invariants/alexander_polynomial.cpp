@@ -17,9 +17,10 @@
 #include "engine/diagram/pass_moves.hpp"
 #include "engine/diagram/plane_diagram.hpp"
 #include "engine/diagram/prime_parts.hpp"
-#include "engine/invariants/colouring.hpp"
+#include "engine/invariants/arc_colouring.hpp"
 #include "engine/invariants/integer.hpp"
 #include "engine/invariants/modular.hpp"
+#include "engine/invariants/of_codes.hpp"
 #include "engine/invariants/seed_elimination.hpp"
 #include "engine/run/parallel.hpp"
 #include "korvex/alexander.hpp"
@@ -133,7 +134,7 @@ class Evaluation {
 
   std::uint64_t determinant(Elimination& elimination, const MontgomeryField& field, std::uint64_t t,
                             std::uint64_t inverse_t) const {
-    if (elimination.run(colouring_, t, inverse_t) != Elimination::Outcome::kDone) return 0;
+    if (elimination.take(colouring_, t, inverse_t, run_) != Elimination::Outcome::kDone) return 0;
     return field.multiply(elimination.numerator(), inverse(field, elimination.denominator()));
   }
 
@@ -190,7 +191,7 @@ class Evaluation {
   }
 
   const Run& run_;
-  Colouring colouring_;
+  ArcColouring colouring_;
   std::size_t genus_ = 0;
   std::int64_t shift_ = 0;
   bool negative_ = false;
@@ -290,7 +291,7 @@ AlexanderPolynomial alexander_polynomial(const GaussCode& closed, const Run& run
   quiet.progress = {};
   // The polynomial of a connected sum is the product of those of its parts.
   std::vector<Integer> all{1};
-  for (const GaussCode& part : prime_parts(simplified))
+  for (const GaussCode& part : prime_parts(simplified, run))
     all = product(all, mirrored(half_of_part(part, quiet)));
   const Integer sign = all.front() < 0 ? -1 : 1;
   AlexanderPolynomial polynomial;

@@ -3,7 +3,9 @@
 #include <cstddef>
 #include <string>
 
-#include "engine/invariants/colouring.hpp"
+#include "engine/invariants/arc_colouring.hpp"
+#include "engine/invariants/of_codes.hpp"
+#include "engine/run/parallel.hpp"
 #include "korvex/error.hpp"
 
 namespace korvex {
@@ -73,34 +75,65 @@ class ParabolicElements {
 };
 
 // Tries every element for every seed, and takes back a seed as soon as an equation fails.
-class Search {
+class ColouringSearch {
  public:
-  Search(const GaussCode& closed, int p)
-      : p_(p), elements_(p), counts_(static_cast<std::size_t>(p)), colours_(closed.size() / 2) {
+  ColouringSearch(const GaussCode& closed, int p, const Run& run)
+      : p_(p),
+        run_(run),
+        elements_(p),
+        counts_(static_cast<std::size_t>(p)),
+        colours_(closed.size() / 2) {
     colouring_.plan(closed);
     crossings_.resize(colours_.size());
     for (const ColouringStep& step : colouring_.steps())
       if (step.kind != ColouringStep::Kind::kSeed) crossings_[at(step.in)] = &step;
   }
 
+  // Nothing when it takes more steps than are allowed.
   std::optional<std::vector<std::int64_t>> counts() {
     const ColouringStep& first = colouring_.steps().front();
     base_ = at(first.out);
     colours_[base_] = elements_.number({1, 0});
     go_on(1);
+    while (!seeds_.empty()) {
+      if (steps_left_ < 0) return std::nullopt;
+      Seed& seed = seeds_.back();
+      if (seed.next_colour == elements_.count()) {
+        seeds_.pop_back();
+        continue;
+      }
+      colours_[at(colouring_.steps()[seed.step].out)] =
+          static_cast<std::uint16_t>(seed.next_colour++);
+      go_on(seed.step + 1);
+    }
     if (steps_left_ < 0) return std::nullopt;
     return counts_;
   }
 
  private:
+  // A seed after the first whose colours are being tried.
+  struct Seed {
+    std::size_t step;
+    std::size_t next_colour;
+  };
+
   static std::size_t at(std::int32_t arc) { return static_cast<std::size_t>(arc); }
 
+  void spend(std::size_t steps) {
+    steps_left_ -= static_cast<std::int64_t>(steps);
+    constexpr std::int64_t kBetweenLooks = 1 << 16;
+    if (steps_left_ > next_look_) return;
+    next_look_ = steps_left_ - kBetweenLooks;
+    throw_if_cancelled(run_);
+  }
+
+  // Colours on from a step to the next seed, to the end, or to an equation that fails.
   void go_on(std::size_t next) {
     using Kind = ColouringStep::Kind;
     const auto& steps = colouring_.steps();
     for (; next < steps.size() && steps[next].kind != Kind::kSeed; ++next) {
       const ColouringStep& step = steps[next];
-      if (--steps_left_ < 0) return;
+      spend(1);
       std::uint16_t& in = colours_[at(step.in)];
       std::uint16_t& out = colours_[at(step.out)];
       const std::uint16_t over = colours_[at(step.over)];
@@ -112,14 +145,12 @@ class Search {
       if (step.kind == Kind::kEquation && behind != out) return;
       out = behind;
     }
-    if (next == steps.size()) {
-      ++counts_[longitude()];
+    if (next < steps.size()) {
+      seeds_.push_back({next, 0});
       return;
     }
-    for (std::size_t colour = 0; colour < elements_.count() && steps_left_ >= 0; ++colour) {
-      colours_[at(steps[next].out)] = static_cast<std::uint16_t>(colour);
-      go_on(next + 1);
-    }
+    spend(crossings_.size());
+    ++counts_[longitude()];
   }
 
   // The power of the first seed's element that the longitude is: that element, of the vector
@@ -137,18 +168,22 @@ class Search {
   }
 
   int p_;
+  const Run& run_;
   ParabolicElements elements_;
-  Colouring colouring_;
+  ArcColouring colouring_;
   std::vector<const ColouringStep*> crossings_;  // by the arc that each ends
   std::size_t base_ = 0;                         // arc of the first seed
+  std::vector<Seed> seeds_;
   std::int64_t steps_left_ = kMostSteps;
+  std::int64_t next_look_ = kMostSteps;  // steps left when to ask whether to stop
   std::vector<std::int64_t> counts_;
   std::vector<std::uint16_t> colours_;  // of the arcs
 };
 
 }  // namespace
 
-std::optional<std::vector<std::int64_t>> parabolic_colourings(const GaussCode& closed, int p) {
+std::optional<std::vector<std::int64_t>> parabolic_colourings(const GaussCode& closed, int p,
+                                                              const Run& run) {
   if (p > kLargestPrime || !is_odd_prime(p))
     throw Error(ErrorCode::kInvalidArgument,
                 "parabolic colourings take an odd prime up to 31, not " + std::to_string(p));
@@ -157,11 +192,12 @@ std::optional<std::vector<std::int64_t>> parabolic_colourings(const GaussCode& c
     unknot[0] = 1;
     return unknot;
   }
-  return Search(closed, p).counts();
+  return ColouringSearch(closed, p, run).counts();
 }
 
-std::optional<std::vector<std::int64_t>> parabolic_colourings(const Diagram& diagram, int p) {
-  return parabolic_colourings(diagram.code(), p);
+std::optional<std::vector<std::int64_t>> parabolic_colourings(const Diagram& diagram, int p,
+                                                              const Run& run) {
+  return parabolic_colourings(diagram.code(), p, run);
 }
 
 }  // namespace korvex

@@ -6,7 +6,9 @@
 #include <unordered_map>
 #include <utility>
 
+#include "engine/invariants/of_codes.hpp"
 #include "engine/invariants/sweep.hpp"
+#include "engine/run/parallel.hpp"
 
 namespace korvex {
 namespace {
@@ -16,11 +18,15 @@ constexpr std::size_t kMostStrands = 8;
 std::size_t at(std::int32_t number) { return static_cast<std::size_t>(number); }
 
 // A term's exponents in one number, ordered as pairs (a, z).
-using Exponents = std::int32_t;
+using Exponents = std::int64_t;
 
-constexpr Exponents exponents(std::int32_t a, std::int32_t z) { return a * 0x10000 + z; }
-constexpr std::int32_t exponent_of_z(Exponents e) { return static_cast<std::int16_t>(e & 0xffff); }
-constexpr std::int32_t exponent_of_a(Exponents e) { return (e - exponent_of_z(e)) / 0x10000; }
+constexpr Exponents kOneOfA = Exponents{1} << 32;
+
+constexpr Exponents exponents(std::int32_t a, std::int32_t z) { return a * kOneOfA + z; }
+constexpr std::int32_t exponent_of_z(Exponents e) { return static_cast<std::int32_t>(e); }
+constexpr std::int32_t exponent_of_a(Exponents e) {
+  return static_cast<std::int32_t>((e - exponent_of_z(e)) / kOneOfA);
+}
 
 struct Term {
   Exponents exponents;
@@ -49,7 +55,8 @@ constexpr Tangle with_out(Tangle tangle, std::uint8_t in, Tangle out) {
   return (tangle & ~(Tangle{0xf} << (4 * in))) | out << (4 * in);
 }
 
-struct Point {
+// Where a strand meets the boundary of the disk.
+struct StrandEnd {
   std::uint8_t slot;
   bool leaves;  // the curve leaves the disk here
 };
@@ -78,11 +85,16 @@ struct Layers {
 
 class SkeinSum {
  public:
+  explicit SkeinSum(const Run& run) : run_(run) {}
+
   // False when a coefficient leaves 64 bits.
   bool take(const SweepPlan& plan) {
     states_ = {{Tangle{0}, Terms{{0, 1}}}};
-    for (const SweepStep& step : plan.steps) take(step);
-    return !overflow_;
+    for (const SweepStep& step : plan.steps) {
+      take(step);
+      if (overflow_) return false;
+    }
+    return true;
   }
 
   const Terms& result() { return states_[0]; }
@@ -122,8 +134,8 @@ class SkeinSum {
     const std::uint8_t in = free_slot(used_in_);
     const std::uint8_t out = free_slot(used_out_);
     layers_.append(in);
-    const Point entry{in, false};
-    const Point exit{out, true};
+    const StrandEnd entry{in, false};
+    const StrandEnd exit{out, true};
     const auto place = frontier_.begin() + static_cast<std::ptrdiff_t>(first);
     frontier_.insert(place, {first_leaves ? exit : entry, first_leaves ? entry : exit});
     for (auto& [tangle, terms] : states_) next_[with_out(tangle, in, out)] = std::move(terms);
@@ -131,7 +143,7 @@ class SkeinSum {
   }
 
   void remove_points(std::size_t first, std::size_t second) {
-    for (const Point& point : {frontier_[first], frontier_[second]}) {
+    for (const StrandEnd& point : {frontier_[first], frontier_[second]}) {
       (point.leaves ? used_out_ : used_in_) &= ~(1u << point.slot);
       if (!point.leaves) layers_.remove(point.slot);
     }
@@ -144,7 +156,7 @@ class SkeinSum {
       (frontier_[k].leaves ? place_out_ : place_in_)[frontier_[k].slot] = k;
   }
 
-  std::uint8_t strand_at(const Point& point, Tangle tangle) const {
+  std::uint8_t strand_at(const StrandEnd& point, Tangle tangle) const {
     if (!point.leaves) return point.slot;
     for (std::size_t k = 0; k < layers_.count; ++k)
       if (out_of(tangle, layers_.strand[k]) == point.slot) return layers_.strand[k];
@@ -155,8 +167,8 @@ class SkeinSum {
   // tangle stays layered. Elsewhere the crossing is changed and smoothed.
   void cross(const SweepStep& step, std::size_t first, std::size_t second, Tangle tangle,
              const Terms& terms) {
-    const Point& p = frontier_[first];
-    const Point& q = frontier_[second];
+    const StrandEnd& p = frontier_[first];
+    const StrandEnd& q = frontier_[second];
     const std::uint8_t strand_p = strand_at(p, tangle);
     const std::uint8_t strand_q = strand_at(q, tangle);
     const bool p_above = layers_.find(strand_p) < layers_.find(strand_q);
@@ -180,8 +192,8 @@ class SkeinSum {
               [&](Tangle t, const Monomial& m) { add(t, m, terms); });
       std::swap(place_in_[p.slot], place_in_[q.slot]);
     } else {
-      const Point& entry = p.leaves ? q : p;
-      const Point& exit = p.leaves ? p : q;
+      const StrandEnd& entry = p.leaves ? q : p;
+      const StrandEnd& exit = p.leaves ? p : q;
       join(tangle, entry, exit, smooth,
            [&](Tangle t, const Monomial& m) { add(with_out(t, entry.slot, exit.slot), m, terms); });
     }
@@ -190,8 +202,8 @@ class SkeinSum {
   // The strand that leaves at one point goes on as the one that enters at its neighbour.
   void close(std::size_t first, std::size_t second, Tangle tangle, const Terms& terms) {
     const bool first_leaves = frontier_[first].leaves;
-    const Point& entry = frontier_[first_leaves ? second : first];
-    const Point& exit = frontier_[first_leaves ? first : second];
+    const StrandEnd& entry = frontier_[first_leaves ? second : first];
+    const StrandEnd& exit = frontier_[first_leaves ? first : second];
     const auto without = [&](Tangle t) { return with_out(t, entry.slot, 0); };
     if (out_of(tangle, entry.slot) != exit.slot) {
       join(tangle, entry, exit, {},
@@ -217,7 +229,7 @@ class SkeinSum {
   // Leads the strand that leaves at `exit` on into the one that enters at `entry`, another. An arc
   // made of two in neighbouring layers is unknotted, so the second is brought next to the first.
   template <class Use>
-  void join(Tangle tangle, const Point& entry, const Point& exit, const Monomial& factor,
+  void join(Tangle tangle, const StrandEnd& entry, const StrandEnd& exit, const Monomial& factor,
             const Use& use) {
     const std::uint8_t before = strand_at(exit, tangle);
     const std::size_t from = layers_.find(entry.slot);
@@ -271,6 +283,7 @@ class SkeinSum {
   }
 
   void add(Tangle tangle, const Monomial& factor, const Terms& terms) {
+    throw_if_cancelled(run_);
     Terms& sum = next_[tangle];
     merged_.clear();
     merged_.reserve(sum.size() + terms.size());
@@ -289,7 +302,8 @@ class SkeinSum {
     std::swap(sum, merged_);
   }
 
-  std::vector<Point> frontier_;
+  const Run& run_;
+  std::vector<StrandEnd> frontier_;
   std::uint32_t used_in_ = 0;  // slots
   std::uint32_t used_out_ = 0;
   Layers layers_;
@@ -303,10 +317,11 @@ class SkeinSum {
 
 }  // namespace
 
-std::optional<HomflyPolynomial> homfly(const GaussCode& closed) {
-  const SweepPlan plan = plan_sweep(closed);
+std::optional<HomflyPolynomial> homfly(const GaussCode& closed, const Run& run) {
+  if (closed.size() / 2 > kMostCrossingsToSweep) return std::nullopt;
+  const SweepPlan plan = plan_sweep(closed, run);
   if (plan.widest > 2 * kMostStrands) return std::nullopt;
-  SkeinSum sum;
+  SkeinSum sum(run);
   if (!sum.take(plan)) return std::nullopt;
   HomflyPolynomial polynomial;
   for (const Term& term : sum.result())
@@ -315,6 +330,8 @@ std::optional<HomflyPolynomial> homfly(const GaussCode& closed) {
   return polynomial;
 }
 
-std::optional<HomflyPolynomial> homfly(const Diagram& diagram) { return homfly(diagram.code()); }
+std::optional<HomflyPolynomial> homfly(const Diagram& diagram, const Run& run) {
+  return homfly(diagram.code(), run);
+}
 
 }  // namespace korvex

@@ -6,7 +6,9 @@
 #include <unordered_map>
 #include <utility>
 
+#include "engine/invariants/of_codes.hpp"
 #include "engine/invariants/sweep.hpp"
+#include "engine/run/parallel.hpp"
 
 namespace korvex {
 namespace {
@@ -29,6 +31,8 @@ using States = std::unordered_map<Matching, Bracket>;
 
 class BracketSum {
  public:
+  explicit BracketSum(const Run& run) : run_(run) {}
+
   // False when a coefficient leaves 64 bits.
   bool take(const SweepPlan& plan) {
     states_ = {{Matching{0}, Bracket{0, {1}}}};
@@ -36,11 +40,12 @@ class BracketSum {
     for (const SweepStep& step : plan.steps) {
       next_.clear();
       for (const auto& [matching, bracket] : states_) take(step, matching, bracket);
+      if (overflow_) return false;
       std::swap(states_, next_);
       if (step.kind == SweepStep::Kind::kCup) width_ += 2;
       if (step.kind == SweepStep::Kind::kCap) width_ -= 2;
     }
-    return !overflow_;
+    return true;
   }
 
   const Bracket& result() { return states_[0]; }
@@ -127,6 +132,7 @@ class BracketSum {
   }
 
   void add(Matching matching, const Bracket& bracket, std::int32_t shift, std::int64_t sign) {
+    throw_if_cancelled(run_);
     Bracket& sum = next_[matching];
     const std::int32_t lowest = bracket.lowest + shift;
     if (sum.coefficients.empty()) sum.lowest = lowest;
@@ -145,6 +151,7 @@ class BracketSum {
     }
   }
 
+  const Run& run_;
   std::size_t width_ = 0;
   States states_;
   States next_;
@@ -153,10 +160,11 @@ class BracketSum {
 
 }  // namespace
 
-std::optional<JonesPolynomial> jones(const GaussCode& closed) {
-  const SweepPlan plan = plan_sweep(closed);
+std::optional<JonesPolynomial> jones(const GaussCode& closed, const Run& run) {
+  if (closed.size() / 2 > kMostCrossingsToSweep) return std::nullopt;
+  const SweepPlan plan = plan_sweep(closed, run);
   if (plan.widest > kWidest) return std::nullopt;
-  BracketSum sum;
+  BracketSum sum(run);
   if (!sum.take(plan)) return std::nullopt;
   std::int32_t writhe = 0;
   for (const Passage& passage : closed)
@@ -175,6 +183,8 @@ std::optional<JonesPolynomial> jones(const GaussCode& closed) {
   return polynomial;
 }
 
-std::optional<JonesPolynomial> jones(const Diagram& diagram) { return jones(diagram.code()); }
+std::optional<JonesPolynomial> jones(const Diagram& diagram, const Run& run) {
+  return jones(diagram.code(), run);
+}
 
 }  // namespace korvex

@@ -11,7 +11,8 @@
 #include <cstdint>
 #include <vector>
 
-#include "engine/invariants/colouring.hpp"
+#include "engine/invariants/arc_colouring.hpp"
+#include "engine/run/parallel.hpp"
 
 namespace korvex {
 
@@ -29,8 +30,9 @@ class SeedElimination {
   explicit SeedElimination(const Field& field = {}) : field_(field) {}
 
   // Takes the determinant for t = `unit`. O(arcs w + seeds w f) for w seeds open at a time and f
-  // forms still needed then.
-  Outcome run(const Colouring& colouring, const Value& unit, const Value& inverse_unit) {
+  // forms still needed then. Asks before each equation whether to stop.
+  Outcome take(const ArcColouring& colouring, const Value& unit, const Value& inverse_unit,
+               const Run& run) {
     start(colouring);
     for (const ColouringStep& step : colouring.steps()) {
       using Kind = ColouringStep::Kind;
@@ -45,6 +47,7 @@ class SeedElimination {
       for (const std::int32_t arc : {step.in, step.out, step.over}) release(arc);
       if (step.kind != Kind::kEquation) continue;
       if (solved_ + 1 == seeds_) break;  // the last equation follows from the others
+      throw_if_cancelled(run);
       read_equation(step, t);
       if (const Outcome outcome = solve(); outcome != Outcome::kDone) return outcome;
     }
@@ -63,7 +66,7 @@ class SeedElimination {
   static std::size_t at(std::int32_t number) { return static_cast<std::size_t>(number); }
   Value* form(std::int32_t arc) { return &entries_[form_[at(arc)] * stride_]; }
 
-  void start(const Colouring& colouring) {
+  void start(const ArcColouring& colouring) {
     constexpr std::size_t kNarrow = 8;
     const auto arcs = at(colouring.arcs());
     seeds_ = at(colouring.seeds());

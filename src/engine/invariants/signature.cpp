@@ -7,17 +7,20 @@
 #include "engine/diagram/gauss_code.hpp"
 #include "engine/diagram/plane_diagram.hpp"
 #include "engine/invariants/integer.hpp"
+#include "engine/invariants/of_codes.hpp"
+#include "engine/run/parallel.hpp"
 
 namespace korvex {
 namespace {
 
 std::size_t at(std::int32_t number) { return static_cast<std::size_t>(number); }
 
+using Form = std::vector<std::vector<Integer>>;  // rows of a symmetric form
+
 // The Goeritz form of the faces of one colour of a chequerboard, and the correction of its
 // signature to that of the knot.
 struct Goeritz {
-  std::size_t size = 0;
-  std::vector<Integer> form;  // row by row
+  Form form;
   int correction = 0;
 };
 
@@ -28,18 +31,20 @@ class GoeritzBuilder {
     colour_faces();
   }
 
-  Goeritz build() const {
+  Goeritz build(const Run& run) const {
     Goeritz result;
     std::vector<std::size_t> index(diagram_.faces());
     std::size_t white = 0;
     for (std::size_t face = 0; face < diagram_.faces(); ++face)
       if (white_[face]) index[face] = white++;
-    result.size = white - 1;
-    result.form.assign(result.size * result.size, 0);
+    const std::size_t size = white - 1;
+    for (std::size_t row = 0; row < size; ++row) {
+      throw_if_cancelled(run);
+      result.form.emplace_back(size);
+    }
     // The last white face is left out: rows of the full form add up to 0.
     const auto add = [&](std::size_t row, std::size_t column, int value) {
-      if (row < result.size && column < result.size)
-        result.form[row * result.size + column] += value;
+      if (row < size && column < size) result.form[row][column] += value;
     };
     for (std::size_t k = 0; k < code_.size(); ++k) {
       if (code_[k].over) continue;
@@ -93,8 +98,8 @@ class GoeritzBuilder {
 // Positive less negative squares of a symmetric form, by elimination without fractions.
 class FormSignature {
  public:
-  FormSignature(std::vector<Integer> form, std::size_t size)
-      : form_(std::move(form)), size_(size) {}
+  FormSignature(Form form, const Run& run)
+      : form_(std::move(form)), size_(form_.size()), run_(run) {}
 
   int take() {
     int result = 0;
@@ -103,18 +108,20 @@ class FormSignature {
       if (!bring_pivot_to(k)) break;
       const Integer pivot = entry(k, k);
       result += (pivot > 0) == (last > 0) ? 1 : -1;
-      for (std::size_t i = k + 1; i < size_; ++i)
+      for (std::size_t i = k + 1; i < size_; ++i) {
+        throw_if_cancelled(run_);
         for (std::size_t j = k + 1; j <= i; ++j) {
           entry(i, j) = (pivot * entry(i, j) - entry(i, k) * entry(j, k)) / last;
           entry(j, i) = entry(i, j);
         }
+      }
       last = pivot;
     }
     return result;
   }
 
  private:
-  Integer& entry(std::size_t row, std::size_t column) { return form_[row * size_ + column]; }
+  Integer& entry(std::size_t row, std::size_t column) { return form_[row][column]; }
 
   // False when the rest of the form is 0.
   bool bring_pivot_to(std::size_t k) {
@@ -136,23 +143,23 @@ class FormSignature {
 
   void exchange(std::size_t i, std::size_t k) {
     if (i == k) return;
-    for (std::size_t column = 0; column < size_; ++column)
-      std::swap(entry(i, column), entry(k, column));
+    std::swap(form_[i], form_[k]);
     for (std::size_t row = 0; row < size_; ++row) std::swap(entry(row, i), entry(row, k));
   }
 
-  std::vector<Integer> form_;
+  Form form_;
   std::size_t size_;
+  const Run& run_;
 };
 
 }  // namespace
 
-int signature(const GaussCode& closed) {
+int signature(const GaussCode& closed, const Run& run) {
   if (closed.empty()) return 0;
-  Goeritz goeritz = GoeritzBuilder(closed).build();
-  return FormSignature(std::move(goeritz.form), goeritz.size).take() - goeritz.correction;
+  Goeritz goeritz = GoeritzBuilder(closed).build(run);
+  return FormSignature(std::move(goeritz.form), run).take() - goeritz.correction;
 }
 
-int signature(const Diagram& diagram) { return signature(diagram.code()); }
+int signature(const Diagram& diagram, const Run& run) { return signature(diagram.code(), run); }
 
 }  // namespace korvex

@@ -5,6 +5,8 @@
 #include <limits>
 #include <utility>
 
+#include "engine/run/parallel.hpp"
+
 namespace korvex {
 namespace {
 
@@ -19,7 +21,7 @@ struct Leg {
 
 class Planner {
  public:
-  explicit Planner(const GaussCode& code) : code_(code), number_(code.size()) {
+  Planner(const GaussCode& code, const Run& run) : code_(code), run_(run), number_(code.size()) {
     for (std::size_t k = 0; k < code.size(); ++k) {
       if (code[k].over) continue;
       const auto crossing = static_cast<std::int32_t>(legs_.size());
@@ -49,6 +51,7 @@ class Planner {
     frontier_ = {{under_in.strand, false}, {under_in.strand, true}};
     take_in(first, {1, 1, 0});
     for (std::size_t taken = 1; taken < legs_.size() && cost_ < most; ++taken) {
+      throw_if_cancelled(run_);
       const Touch touch = best_touch();
       take_in(crossing_beyond(frontier_[at(touch.position)]), touch);
     }
@@ -145,6 +148,7 @@ class Planner {
   }
 
   const GaussCode& code_;
+  const Run& run_;
   std::vector<std::int32_t> number_;  // crossing of each passage
   std::vector<std::array<Leg, 4>> legs_;
   std::vector<bool> positive_;
@@ -156,10 +160,10 @@ class Planner {
 
 }  // namespace
 
-SweepPlan plan_sweep(const GaussCode& closed) {
+SweepPlan plan_sweep(const GaussCode& closed, const Run& run) {
   if (closed.empty()) return {};
   constexpr std::size_t kMostBeginnings = 24;
-  Planner planner(closed);
+  Planner planner(closed, run);
   const std::size_t beginnings = std::min(planner.crossings(), kMostBeginnings);
   SweepPlan best;
   double least = std::numeric_limits<double>::infinity();

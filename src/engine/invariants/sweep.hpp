@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "korvex/gauss_code.hpp"
+#include "korvex/run.hpp"
 
 namespace korvex {
 
@@ -34,8 +35,13 @@ struct SweepPlan {
   std::size_t widest = 0;  // most points of the frontier at a time
 };
 
+// A state sum over more crossings could leave the exponents that fit into 32 bits: each crossing
+// moves them by less than 256.
+inline constexpr std::size_t kMostCrossingsToSweep = 4'000'000;
+
 // The plan with the narrowest frontier of those that begin at different crossings and go on
 // greedily. O(n w) for each beginning, n crossings and width w; at most 24 beginnings.
-SweepPlan plan_sweep(const GaussCode& closed);
+// Of `run` it asks only whether to stop.
+SweepPlan plan_sweep(const GaussCode& closed, const Run& run = {});
 
 }  // namespace korvex

@@ -27,12 +27,13 @@ Point unit(const Point& direction) {
 
 }  // namespace
 
-Diagram Diagram::of_polygon(std::span<const Point> points, const Point& direction) {
-  return Diagram(general_view(points, unit(direction), Curve::kClosed).projection.code());
+Diagram Diagram::of_polygon(std::span<const Point> points, const Point& direction, const Run& run) {
+  return Diagram(general_view(points, unit(direction), Curve::kClosed, run).projection.code());
 }
 
-Diagram Diagram::of_open_chain(std::span<const Point> points, const Point& direction) {
-  GaussCode code = general_view(points, unit(direction)).projection.code();
+Diagram Diagram::of_open_chain(std::span<const Point> points, const Point& direction,
+                               const Run& run) {
+  GaussCode code = general_view(points, unit(direction), Curve::kOpen, run).projection.code();
   CodeReduction().reduce(code);
   return Diagram(closed_over(code));
 }

@@ -31,7 +31,7 @@ struct ColouringStep {
 };
 
 // Scratch memory: one object a thread.
-class Colouring {
+class ArcColouring {
  public:
   // Plans the colouring of a closed code. Arcs are numbered along the curve from 0, one for each
   // under-passage that ends it. O(n).

@@ -1,4 +1,4 @@
-#include "engine/invariants/colouring.hpp"
+#include "engine/invariants/arc_colouring.hpp"
 
 #include <algorithm>
 #include <cstddef>
@@ -10,7 +10,7 @@ std::size_t at(std::int32_t number) { return static_cast<std::size_t>(number); }
 
 }  // namespace
 
-void Colouring::read(const GaussCode& closed) {
+void ArcColouring::read(const GaussCode& closed) {
   arcs_ = static_cast<std::int32_t>(closed.size() / 2);
   under_.resize(closed.size());
   std::int32_t under = 0;
@@ -33,7 +33,7 @@ void Colouring::read(const GaussCode& closed) {
   for (std::int32_t k = 0; k < arcs_; ++k) over_[at(gain_[at(crossings_[at(k)].over)]++)] = k;
 }
 
-void Colouring::plan(const GaussCode& closed) {
+void ArcColouring::plan(const GaussCode& closed) {
   read(closed);
   seeds_ = 0;
   steps_.clear();
@@ -46,7 +46,7 @@ void Colouring::plan(const GaussCode& closed) {
 }
 
 // Makes an arc a seed and colours all that follows from it.
-void Colouring::plant(std::int32_t seed) {
+void ArcColouring::plant(std::int32_t seed) {
   steps_.push_back({ColouringStep::Kind::kSeed, false, -1, seed, -1});
   ++seeds_;
   colour(seed);
@@ -59,7 +59,7 @@ void Colouring::plant(std::int32_t seed) {
 
 // The crossings that the new arc takes part in may now give another, or would with one arc more.
 // They may do so in the end as well: what an arc is worth never falls until it is coloured.
-void Colouring::colour(std::int32_t arc) {
+void ArcColouring::colour(std::int32_t arc) {
   coloured_[at(arc)] = 1;
   const std::int32_t before = arc > 0 ? arc - 1 : arcs_ - 1;
   for (const std::int32_t crossing : {arc, before}) {
@@ -76,13 +76,13 @@ void Colouring::colour(std::int32_t arc) {
   }
 }
 
-void Colouring::raise(std::int32_t arc) {
+void ArcColouring::raise(std::int32_t arc) {
   if (coloured_[at(arc)]) return;
   const std::int32_t gain = ++gain_[at(arc)];
   worth_[std::min(at(gain), worth_.size()) - 1].push_back(arc);
 }
 
-void Colouring::look_at(std::int32_t number) {
+void ArcColouring::look_at(std::int32_t number) {
   Crossing& crossing = crossings_[at(number)];
   if (crossing.used || !coloured_[at(crossing.over)]) return;
   const std::int32_t out = next(number);
@@ -99,7 +99,7 @@ void Colouring::look_at(std::int32_t number) {
   if (kind == Kind::kBackward) colour(number);
 }
 
-std::int32_t Colouring::arc_over_most() const {
+std::int32_t ArcColouring::arc_over_most() const {
   std::int32_t best = 0;
   const auto passed = [&](std::int32_t arc) {
     return first_over_[at(arc) + 1] - first_over_[at(arc)];
@@ -112,7 +112,7 @@ std::int32_t Colouring::arc_over_most() const {
 // An arc that lets most crossings give another arc at once, of equal ones that which was raised
 // last: it is near to what is being coloured. There is one as long as any arc is left, for where
 // the coloured part of the curve ends an arc that is not coloured passes over it.
-std::optional<std::int32_t> Colouring::best_seed() {
+std::optional<std::int32_t> ArcColouring::best_seed() {
   for (std::size_t k = worth_.size(); k-- > 0;) {
     std::vector<std::int32_t>& arcs = worth_[k];
     while (!arcs.empty()) {
