@@ -4,6 +4,7 @@
 #include <limits>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 #include "options.hpp"
 
@@ -34,8 +35,7 @@ bool take_bound(std::string_view& text, Number& number, char* code) {
 
 // A range that ends before it begins holds nothing.
 bool is_backwards(const ResidueRange& range) {
-  return range.last < range.first || (range.last == range.first && range.first_code != ' ' &&
-                                      range.last_code != ' ' && range.last_code < range.first_code);
+  return std::pair(range.last, range.last_code) < std::pair(range.first, range.first_code);
 }
 
 // "first-last" or one bound for both.
@@ -114,9 +114,10 @@ void add_chain_options(Command& command, ReadOptions& read) {
   command.add(parsed("--model", read.models, models_from, "N[-N]",
                      "Models or frames of the file, both included;\ndefault: all"));
   command.add(chain_option(read.chains));
-  command.add(parsed("--residues", read.residues, residues_from, "N[-N]",
-                     "Residue numbers, both included, with insertion\ncodes where there are any: "
-                     "10-52A; default: all"));
+  command.add(
+      parsed("--residues", read.residues, residues_from, "N[-N]",
+             "Residues by their labels, both included: 10-52 ends\nat 52 alone, 10-52A takes in "
+             "52A, and 10-52Z every\nresidue of that number; default: all"));
   command.add(atom_option(read.atom));
   command.add(choice("--numbering", read.numbering, kNumberings,
                      "Chain names and residue numbers of an mmCIF file"));

@@ -21,8 +21,10 @@
 // that no selected model has: thrown at the end, when all others have been visited). The message
 // names file and line and says what to do.
 //
-// Complexity: time linear in the input, up to sorting; the whole input and one model are held in
-// memory. Thread contract: safe from any number of threads on sources of their own.
+// Complexity: time linear in the input, up to sorting. Memory: the input as it is stored, its text
+// after decompression, and the atoms of one model; of mmCIF files, whose models may be interleaved,
+// the values of all rows and the atoms of all models. Thread contract: safe from any number of
+// threads on sources of their own.
 #pragma once
 
 #include <cstdint>
@@ -82,8 +84,10 @@ struct ModelRange {
   std::int64_t step = 1;  // at least 1; counted from `first`, or from 1 when that is not given
 };
 
-// Residues by their number, both ends included. A bound with an insertion code holds for that one;
-// a bound without takes in all residues of its number.
+// Residues by their labels, number and insertion code, both ends included, in the order 51, 52,
+// 52A, 52B, 53. A bound without a code is the residue that has none: a range that ends at 52 leaves
+// 52A out, one that ends at 52Z takes in all residues of that number, and one that begins at 52 has
+// them as well. Labels are read and written so everywhere.
 struct ResidueRange {
   std::int32_t first = std::numeric_limits<std::int32_t>::min();
   std::int32_t last = std::numeric_limits<std::int32_t>::max();
@@ -107,8 +111,9 @@ struct ReadOptions {
 // one.
 KORVEX_API std::vector<Chain> read_chains(const Source& source, const ReadOptions& options = {});
 
-// Hands the chains that read_chains would give to `visit` one after another, so that a long
-// trajectory needs the memory of one frame; reading stops when `visit` returns false.
+// Hands the chains that read_chains would give to `visit` one after another, so that of a long
+// trajectory only the text and the chains of one frame are in memory (mmCIF: see above); reading
+// stops when `visit` returns false.
 KORVEX_API void visit_chains(const Source& source, const ReadOptions& options,
                              const std::function<bool(Chain&&)>& visit);
 

@@ -19,10 +19,14 @@ class CifTable {
   CifTable() = default;
   // `tags` are those of the columns, without their category, in lower case; `values` come row after
   // row, as they are written; `line` is that of the table's beginning, 0 where it is not known.
-  CifTable(std::vector<std::string> tags, std::vector<std::string> values, std::size_t line);
+  // `is_loop` is false for single values, which make one row.
+  CifTable(std::vector<std::string> tags, std::vector<std::string> values, std::size_t line,
+           bool is_loop);
 
   std::size_t rows() const { return tags_.empty() ? 0 : values_.size() / tags_.size(); }
   std::size_t line() const { return line_; }
+  // The line of `text`, from which the table was read, on which a row begins. O(text).
+  std::size_t line_of_row(std::string_view text, std::size_t row) const;
   std::optional<std::size_t> column(std::string_view tag) const;
 
   // The value as it is written.
@@ -40,6 +44,7 @@ class CifTable {
   std::vector<std::string> tags_;
   std::vector<std::string> values_;
   std::size_t line_ = 0;
+  bool is_loop_ = false;
 };
 
 // The categories that tell chains; a category that the block has not is empty.

@@ -74,9 +74,12 @@ class Polymers {
 // Goes through the rows of _atom_site.
 class AtomRows {
  public:
-  AtomRows(const CifBlock& block, const std::string& file, Numbering numbering)
+  // `text` is what `block` was read from.
+  AtomRows(const CifBlock& block, std::string_view text, const std::string& file,
+           Numbering numbering)
       : table_(block.atom_site),
         polymers_(block),
+        text_(text),
         file_(file),
         label_(numbering == Numbering::kLabel) {
     for (std::size_t i = 0; i < kColumns; ++i) columns_[i] = table_.column(kTags[i]);
@@ -119,8 +122,9 @@ class AtomRows {
   [[noreturn]] void fail(const std::string& what) const { fail_at(file_, table_.line(), what); }
 
   [[noreturn]] void fail_row(const std::string& value, const std::string& what) const {
-    fail("row " + std::to_string(row_ + 1) + " of _atom_site: " + in_quotes(value) +
-         " stands where the " + what + " belongs");
+    fail_at(file_, table_.line_of_row(text_, row_),
+            "row " + std::to_string(row_ + 1) + " of _atom_site: " + in_quotes(value) +
+                " stands where the " + what + " belongs");
   }
 
   void need(Column one, Column other) const {
@@ -199,6 +203,7 @@ class AtomRows {
 
   const CifTable& table_;
   Polymers polymers_;
+  std::string_view text_;
   const std::string& file_;
   bool label_;
   bool numbers_polymers_ = false;
@@ -211,7 +216,7 @@ class AtomRows {
 void parse_mmcif(std::string_view text, const std::string& file, const ReadOptions& options,
                  const ModelSink& sink) {
   const CifBlock block = read_cif(text, file);
-  for (Model& model : AtomRows(block, file, options.numbering).models(options.atom)) {
+  for (Model& model : AtomRows(block, text, file, options.numbering).models(options.atom)) {
     sink(std::move(model));
   }
 }

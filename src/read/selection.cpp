@@ -16,14 +16,13 @@
 namespace korvex::read {
 namespace {
 
+// Labels are ordered by number, then by insertion code; the blank comes before all letters.
 bool within(const Residue& residue, const ResidueRange& range) {
-  if (residue.number < range.first || residue.number > range.last) return false;
-  if (residue.number == range.first && range.first_code != ' ' &&
-      residue.insertion_code < range.first_code) {
-    return false;
-  }
-  return residue.number != range.last || range.last_code == ' ' ||
-         residue.insertion_code <= range.last_code;
+  const std::pair label(residue.number, residue.insertion_code);
+  const bool unbounded =
+      range.last == std::numeric_limits<std::int32_t>::max() && range.last_code == ' ';
+  return label >= std::pair(range.first, range.first_code) &&
+         (unbounded || label <= std::pair(range.last, range.last_code));
 }
 
 double distance(const Point& a, const Point& b) {

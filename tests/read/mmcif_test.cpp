@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -181,6 +182,21 @@ TEST(ReadMmcif, RowsAreNamedWhereTheyAreWrong) {
   EXPECT_TRUE(contains(wrong("ATOM C CA . ALA B 1 4 ? 0 0 0 1 99999999999 X 1\n"),
                        "'99999999999' stands where the residue number belongs"));
   EXPECT_TRUE(contains(wrong("ATOM C CA . ALA B 1 4 ? 0 0 0 1 13 X one\n"), "the model number"));
+}
+
+TEST(ReadMmcif, TheLineOfAWrongRowIsNamedWhateverStandsInTheRowsBefore) {
+  const std::string head = with_entities("");
+  const auto first = 1 + std::count(head.begin(), head.end(), '\n');
+  const std::string wrong = "ATOM C CA . ALA B 1 4 ? x 0 0 1 13 X 1\n";
+  const auto place = [&](const std::string& rows) {
+    const std::string text = complaint(head + rows + wrong);
+    return std::stol(text.substr(text.find(':') + 1)) - first;
+  };
+  EXPECT_EQ(place(""), 0);
+  EXPECT_EQ(place(kProtein), 3);
+  EXPECT_EQ(place("ATOM C CA . ALA B\n1 4 ?\n\n0 0 0 # a comment\n1 13 X 1\n"), 5);
+  EXPECT_EQ(place("ATOM C 'C A'x' . \"AL 'A\" B 1 4 ? 0 0 0 1 13 X 1\n"), 1);
+  EXPECT_EQ(place("ATOM C\n;CA\n' x\n;\n. ALA B 1 4 ? 0 0 0 1 13 X 1\n"), 5);
 }
 
 TEST(ReadMmcif, MissingColumnsAreNamed) {

@@ -118,15 +118,19 @@ TEST(ReadChains, ResiduesAreSelectedByNumber) {
   EXPECT_EQ(numbers(chain(text, {.residues = {.first = 3}})), Numbers({3, 4}));
 }
 
-TEST(ReadChains, InsertionCodesBoundResiduesOnlyWhereGiven) {
+TEST(ReadChains, ABoundIsTheResidueOfThatLabelAlone) {
   std::string text;
   for (const char* label : {"  51 ", "  52 ", "  52A", "  52B", "  53 "}) {
     text += "ATOM      1  CA  GLY A" + std::string(label) + "      " +
             std::to_string(text.size() / 55) + ".000   0.000   0.000\n";
   }
-  EXPECT_EQ(chain(text, {.residues = {52, 52}}).points.size(), 3U);
+  EXPECT_EQ(chain(text, {.residues = {52, 52}}).points.size(), 1U);
+  EXPECT_EQ(chain(text, {.residues = {51, 52}}).points.size(), 2U);
+  EXPECT_EQ(chain(text, {.residues = {52, 53}}).points.size(), 4U);
   EXPECT_EQ(chain(text, {.residues = {52, 53, 'A', ' '}}).points.size(), 3U);
   EXPECT_EQ(chain(text, {.residues = {52, 52, ' ', 'A'}}).points.size(), 2U);
+  EXPECT_EQ(chain(text, {.residues = {52, 52, ' ', 'Z'}}).points.size(), 3U);
+  EXPECT_EQ(chain(text, {.residues = {.first = 52}}).points.size(), 4U);
 }
 
 TEST(ReadChains, ASelectionThatNothingMeetsIsAnError) {
