@@ -8,8 +8,13 @@ body, with their parameter types; exported is what `nm -D --defined-only` lists.
 any mark is out of every host's reach and reported. Any library may also export the type
 information and the virtual table of a class with a mark. Exit status 1 when the two differ, 2 when
 a header does not parse or nothing is declared.
+
+The headers are parsed together. Each has to stand alone as well: one that is the first include of
+some source does, or that source would not compile, and the others are parsed by themselves.
 """
+import functools
 import pathlib
+import re
 import subprocess
 import sys
 
@@ -49,12 +54,12 @@ class Declarations:
         return any(child.kind == CursorKind.VISIBILITY_ATTR for child in cursor.get_children())
 
     def spelt_at(self, location):
-        text = pathlib.Path(location.file.name).read_bytes()
-        return text[location.offset :].startswith(self.macro.encode())
+        return bytes_of(location.file.name)[location.offset :].startswith(self.macro.encode())
 
-    def collect(self, scope, header, inherited=False):
+    def collect(self, scope, headers, inherited=False):
         for cursor in scope.get_children():
-            if cursor.location.file is None or cursor.location.file.name != header:
+            file = cursor.location.file
+            if file is None or absolute(file.name) not in headers:
                 continue
             mine = inherited or self.marked(cursor)
             is_function = cursor.kind == CursorKind.FUNCTION_DECL
@@ -63,7 +68,7 @@ class Declarations:
             if cursor.kind in SCOPES:
                 if cursor.kind in CLASSES and self.marked_at_all(cursor):
                     self.allow_class(cursor)
-                self.collect(cursor, header, mine and cursor.kind in CLASSES)
+                self.collect(cursor, headers, mine and cursor.kind in CLASSES)
             elif cursor.kind in ENTITIES and mine:
                 bodied = cursor.is_definition() or cursor.is_default_method()
                 if not bodied:
@@ -74,13 +79,36 @@ class Declarations:
             self.allowed.add(what + cursor.type.spelling)
 
 
-def parse(header, options):
-    unit = cindex.Index.create().parse(header, args=["-x", "c++-header", "-std=c++20", *options])
+@functools.cache
+def bytes_of(file):
+    return pathlib.Path(file).read_bytes()
+
+
+@functools.cache
+def absolute(file):
+    return str(pathlib.Path(file).resolve())
+
+
+def parse(headers, options):
+    """The declarations of headers, included one after another."""
+    unit = cindex.Index.create().parse(
+        "headers.hpp",
+        args=["-x", "c++-header", "-std=c++20", *options],
+        unsaved_files=[("headers.hpp", "".join(f'#include "{h}"\n' for h in headers))],
+    )
     errors = [d for d in unit.diagnostics if d.severity >= cindex.Diagnostic.Error]
     if errors:
         print(*errors, sep="\n", file=sys.stderr)
         sys.exit(2)
     return unit.cursor
+
+
+def first_includes(root):
+    """What the sources below the root include first, by the names that they use."""
+    include = re.compile(r'^\s*#\s*include\s*["<]([^">]+)[">]', re.MULTILINE)
+    sources = (path for room in ("src", "cli", "tests") for path in (root / room).rglob("*.cpp"))
+    found = (include.search(path.read_text()) for path in sources)
+    return {match[1] for match in found if match}
 
 
 def demangled(names):
@@ -104,9 +132,13 @@ def main(arguments):
     else:
         options = []
     macro, library, *headers = arguments
+    headers = [absolute(header) for header in headers]
     declarations = Declarations(macro)
+    declarations.collect(parse(headers, options), set(headers))
+    shown_to_stand_alone = first_includes(pathlib.Path(__file__).resolve().parent.parent)
     for header in headers:
-        declarations.collect(parse(header, options), header)
+        if header.rpartition("/include/")[2] not in shown_to_stand_alone:
+            parse([header], options)
     required = demangled(declarations.required)
     if not required:
         print(f"{headers}: nothing is marked {macro}", file=sys.stderr)
