@@ -16,7 +16,7 @@ SOURCES = ("*.h", "*.hpp", "*.cpp")
 # The public headers, which may include one another from right to left only.
 PUBLIC = ["korvex/", "korvex.h", "preprocess.h"]
 
-GROUND = ["geometry", "read"]  # what libkorvex and libpreprocess each hold a copy of
+GROUND = ["simd", "geometry", "read"]  # what libkorvex and libpreprocess each hold a copy of
 KERNELS = ["records", "crossings", "simplify", "alexander", "recognition"]
 ENGINE = [
     "engine/run",  # threads, progress and cancellation, which know nothing of knots
@@ -42,7 +42,9 @@ def below():
         for position, room in enumerate(stack):
             allowed.setdefault(room, set()).update(stack[:position])
     for room in ENGINE:
-        allowed[room].update(KERNELS + ["geometry"])
+        allowed[room].update(KERNELS + ["simd", "geometry"])
+    for room in KERNELS:
+        allowed[room].add("simd")
     # A front talks to the libraries through their public headers.
     allowed["cli"] = set()
     allowed["python"] = set()

@@ -7,6 +7,8 @@
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
+#include "simd/dispatch.hpp"
+
 HWY_BEFORE_NAMESPACE();
 namespace korvex::alexander::HWY_NAMESPACE {
 namespace {
@@ -45,10 +47,10 @@ HWY_AFTER_NAMESPACE();
 #if HWY_ONCE
 namespace korvex::alexander {
 
-HWY_EXPORT(EliminateColumn);
+KORVEX_VARIANTS(EliminateColumn);
 
 void eliminate_column(std::vector<std::vector<double>>& rows, std::size_t k, std::size_t from) {
-  HWY_DYNAMIC_DISPATCH(EliminateColumn)(rows, k, from);
+  KORVEX_VARIANT(EliminateColumn)(rows, k, from);
 }
 
 }  // namespace korvex::alexander

@@ -11,6 +11,8 @@
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
+#include "simd/dispatch.hpp"
+
 HWY_BEFORE_NAMESPACE();
 namespace korvex::crossings::HWY_NAMESPACE {
 namespace {
@@ -119,7 +121,7 @@ HWY_AFTER_NAMESPACE();
 #if HWY_ONCE
 namespace korvex::crossings {
 
-HWY_EXPORT(FindCandidates);
+KORVEX_VARIANTS(FindCandidates);
 
 namespace {
 
@@ -134,15 +136,11 @@ std::size_t rounded_up(std::size_t n, std::size_t step) { return (n + step - 1) 
 }  // namespace
 
 PairFilter::PairFilter(const std::vector<Edge>& edges) {
-  // Before the first look at the processor the table has a function that looks at every call.
-  if (!hwy::GetChosenTarget().IsInitialized())
-    hwy::GetChosenTarget().Update(hwy::SupportedTargets());
-  find_ = &HWY_DYNAMIC_DISPATCH(FindCandidates);
+  find_ = &KORVEX_VARIANT(FindCandidates);
   const std::size_t length = rounded_up(edges.size(), kBlock);
   const std::size_t blocks = rounded_up(length / kBlock, kBlock);
   found_ = std::make_unique_for_overwrite<std::uint32_t[]>(length);
-  numbers_ = hwy::AllocateAligned<double>(8 * length + 2 * blocks);
-  if (!numbers_) throw std::bad_alloc();
+  numbers_.reset(new (std::align_val_t(kAlignment)) double[8 * length + 2 * blocks]);
   double* next = numbers_.get();
   for (double** column : {&columns_.x2, &columns_.y2, &columns_.dx, &columns_.dy, &columns_.left,
                           &columns_.right, &columns_.bottom, &columns_.top}) {

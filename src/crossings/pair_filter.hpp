@@ -14,11 +14,10 @@
 // 5. The pairs passed on are the same on every instruction set.
 #pragma once
 
-#include <hwy/aligned_allocator.h>
-
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <new>
 #include <span>
 #include <vector>
 
@@ -64,6 +63,15 @@ class PairFilter {
   std::span<const std::uint32_t> candidates(std::size_t i, std::size_t from, std::size_t to);
 
  private:
+  // Enough for the widest vectors, each of which then lies in one cache line.
+  static constexpr std::size_t kAlignment = 128;
+
+  struct Freed {
+    void operator()(double* numbers) const {
+      ::operator delete[](numbers, std::align_val_t(kAlignment));
+    }
+  };
+
   using Find = std::size_t(const EdgeColumns&, const FirstEdge&, std::size_t from, std::size_t to,
                            std::uint32_t* found);
 
@@ -76,7 +84,7 @@ class PairFilter {
   EdgeColumns columns_;
   double largest_;  // magnitude of a coordinate
   bool is_usable_;  // otherwise every pair is passed on
-  hwy::AlignedFreeUniquePtr<double[]> numbers_;
+  std::unique_ptr<double[], Freed> numbers_;
   std::unique_ptr<std::uint32_t[]> found_;
 };
 

@@ -7,6 +7,8 @@
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
+#include "simd/dispatch.hpp"
+
 HWY_BEFORE_NAMESPACE();
 namespace korvex::box_tree::HWY_NAMESPACE {
 namespace {
@@ -72,8 +74,8 @@ HWY_AFTER_NAMESPACE();
 #if HWY_ONCE
 namespace korvex::box_tree {
 
-HWY_EXPORT(FindInPlane);
-HWY_EXPORT(FindInSpace);
+KORVEX_VARIANTS(FindInPlane);
+KORVEX_VARIANTS(FindInSpace);
 
 }  // namespace korvex::box_tree
 
@@ -141,9 +143,9 @@ void BoxTree<kDimensions>::find(const Box& box, std::size_t begin, std::size_t e
     levels[level] = numbers_.data() + levels_[level];
   const std::size_t top = levels_.size() - 1;
   if constexpr (kDimensions == 2)
-    HWY_DYNAMIC_DISPATCH(FindInPlane)(levels.data(), top, box, begin, end, found);
+    KORVEX_VARIANT(FindInPlane)(levels.data(), top, box, begin, end, found);
   if constexpr (kDimensions == 3)
-    HWY_DYNAMIC_DISPATCH(FindInSpace)(levels.data(), top, box, begin, end, found);
+    KORVEX_VARIANT(FindInSpace)(levels.data(), top, box, begin, end, found);
 }
 
 template class BoxTree<2>;

@@ -5,6 +5,8 @@
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
+#include "simd/dispatch.hpp"
+
 HWY_BEFORE_NAMESPACE();
 namespace korvex::simplify::HWY_NAMESPACE {
 
@@ -196,11 +198,11 @@ HWY_AFTER_NAMESPACE();
 #if HWY_ONCE
 namespace korvex::simplify {
 
-HWY_EXPORT(FindBlocker);
+KORVEX_VARIANTS(FindBlocker);
 
 std::size_t find_blocker(const SegmentBlock* blocks, const Triangle& triangle,
                          const SlotRanges& ranges) {
-  return HWY_DYNAMIC_DISPATCH(FindBlocker)(blocks, triangle, ranges);
+  return KORVEX_VARIANT(FindBlocker)(blocks, triangle, ranges);
 }
 
 }  // namespace korvex::simplify
