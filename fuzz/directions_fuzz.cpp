@@ -1,6 +1,7 @@
 // Directions and intervals: unit vectors that the seed fixes, and shares inside their intervals.
 #include <cmath>
 
+#include "engine/projection/projection.hpp"
 #include "korvex/closure.hpp"
 #include "korvex/directions.hpp"
 #include "korvex/interval.hpp"
@@ -44,7 +45,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const Point direction = korvex::random_direction(seed, block);
   require_unit(direction);
   for (unsigned attempt = 0; attempt < 4; ++attempt) {
-    const Point near = korvex::nudged(direction, attempt);
+    const Point near = nudged(direction, attempt);
     require_unit(near);
     require(norm(near - direction) > 0 && norm(near - direction) < 1e-3);
   }

@@ -26,8 +26,4 @@ KORVEX_API std::vector<Point> lattice_directions(std::size_t count, std::uint64_
 // One unit vector, uniform on the sphere: a function of (seed, trial) alone.
 KORVEX_API Point random_direction(std::uint64_t seed, std::uint64_t trial);
 
-// `direction` turned by about 1e-5 rad, the `attempt`-th of a fixed sequence of such turns, each of
-// them another: what is used in place of a direction along which a chain projects onto itself.
-KORVEX_API Point nudged(const Point& direction, unsigned attempt);
-
 }  // namespace korvex

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <random>
+#include <span>
 #include <tuple>
 #include <vector>
 
@@ -30,8 +31,8 @@ std::vector<Crossing> crossings_of(const GaussCode& code) {
 
 // By triple products alone, without a frame of the viewer: two segments cross when each one's ends
 // lie on two sides of the plane through the other and the direction of view.
-std::vector<Crossing> crossings_of_all_pairs(const std::vector<Point>& chain,
-                                             const Point& direction, Curve curve) {
+std::vector<Crossing> crossings_of_all_pairs(std::span<const Point> chain, const Point& direction,
+                                             Curve curve) {
   const auto count = chain.size() - (curve == Curve::kOpen ? 1 : 0);
   const auto from = [&](std::size_t k) { return chain[k]; };
   const auto to = [&](std::size_t k) { return chain[k + 1 < chain.size() ? k + 1 : 0]; };
@@ -79,7 +80,7 @@ std::vector<Point> lattice_ring(unsigned seed, int half) {
 void expect_all_crossings(const std::vector<Point>& chain, const Point& direction, Curve curve) {
   const GeneralView view = general_view(chain, direction, curve);
   EXPECT_EQ(crossings_of(view.projection.code()),
-            crossings_of_all_pairs(view.chain, view.direction, curve));
+            crossings_of_all_pairs(view.chain(chain), view.direction, curve));
 }
 
 TEST(CrossingSearch, FindsTheCrossingsOfAllPairsOnEveryInstructionSet) {

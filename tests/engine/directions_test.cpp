@@ -63,15 +63,5 @@ TEST(RandomDirections, DependOnSeedAndTrialAlone) {
   EXPECT_NE(random_direction(1, 9), random_direction(2, 9));
 }
 
-TEST(NudgedDirection, IsNearButNotTheSame) {
-  const Point up{0, 0, 1};
-  for (unsigned attempt = 0; attempt < 8; ++attempt) {
-    const double moved = norm(nudged(up, attempt) - up);
-    EXPECT_GT(moved, 1e-8);
-    EXPECT_LT(moved, 2e-5);
-    EXPECT_NE(nudged(up, attempt), nudged(up, attempt + 1));
-  }
-}
-
 }  // namespace
 }  // namespace korvex

@@ -8,6 +8,7 @@
 #include "engine/diagram/plane_diagram.hpp"
 #include "engine/projection/projection.hpp"
 #include "engine/random_chains.hpp"
+#include "korvex/diagram.hpp"
 #include "korvex/directions.hpp"
 #include "korvex/error.hpp"
 
@@ -170,7 +171,7 @@ TEST(OpenCode, RefusesCoordinatesThatAreNotNumbers) {
   for (const double bad : {std::nan(""), HUGE_VAL, -HUGE_VAL}) {
     auto chain = random_walk(1, 9);
     chain[4].y = bad;
-    EXPECT_THROW(general_open_code(chain, {0, 0, 1}), Error);
+    EXPECT_THROW(Diagram::of_open_chain(chain, {0, 0, 1}), Error);
   }
 }
 

@@ -26,6 +26,7 @@ RingReport examine_ring(std::span<const Point> points, const Run& run) {
   const auto done = [&run](double part) {
     if (run.progress) run.progress(part);
   };
+  require_usable(points);
   RingReport report;
   Point direction = random_direction(run.seed, 0);
   std::vector<Point> left;
@@ -34,8 +35,9 @@ RingReport examine_ring(std::span<const Point> points, const Run& run) {
     report.projected = size_of(whole.projection.code());
     direction = whole.direction;
     done(0.1);
-    for (const std::int32_t index : eliminate_ring(whole.chain, run))
-      left.push_back(whole.chain[static_cast<std::size_t>(index)]);
+    const std::span<const Point> seen = whole.chain(points);
+    for (const std::int32_t index : eliminate_ring(seen, run))
+      left.push_back(seen[static_cast<std::size_t>(index)]);
   }
   report.points_left = left.size();
   done(0.3);

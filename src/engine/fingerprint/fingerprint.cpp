@@ -93,6 +93,7 @@ class Computation {
     if (options_.directions > kMostDirections)
       refuse("a fingerprint takes at most 1000000 directions");
     if (options_.step == 0) refuse("the step of a fingerprint must be at least 1 residue");
+    require_usable(chain_);
   }
 
   void place_stations() {
@@ -131,15 +132,14 @@ class Computation {
       std::optional<LedAway> away;
       if (options_.closure != Closure::kRays)
         away = led_away(chain_, view, residue(end), ends.last, run_);
-      const std::vector<Point>& chain = away && away->view ? away->view->chain : view.chain;
+      const std::span<const Point> chain = (away && away->view ? *away->view : view).chain(chain_);
       for (std::int32_t begin = 0; begin < end; ++begin) {
         throw_if_cancelled(run_);
         const std::int32_t from = residue(begin);
         const std::int32_t length = residue(end) - from;
-        const std::span<const Point> part = std::span(chain).subspan(
-            static_cast<std::size_t>(from), static_cast<std::size_t>(length) + 1);
-        const GeneralView own{
-            {part.begin(), part.end()}, view.direction, Projection(part, view.direction)};
+        const std::span<const Point> part =
+            chain.subspan(static_cast<std::size_t>(from), static_cast<std::size_t>(length) + 1);
+        const GeneralView own{view.direction, Projection(part, view.direction), {}};
         const GaussCode code =
             away ? led_away(part, own, length, away->onward).code : own.projection.code();
         const std::int32_t type = worker.types.of_closed(closed_over(code), run_).number;

@@ -17,6 +17,10 @@ constexpr unsigned kTurns = 4;
 // By how much the points of a chain that touches itself are moved, in parts of its extent.
 constexpr std::array kShakes{1e-9, 1e-9, 1e-8, 1e-7, 1e-6, 1e-5, 1e-4, 1e-4};
 
+// Every attempt to move the points has a number and with it moves of its own. Those of led_away()
+// begin here, beyond those of general_view(), which may have led to where led_away() began.
+constexpr unsigned kMovesOfEnds = 100;
+
 // Moved by `part` of the extent, each point in a direction of its own.
 std::vector<Point> shaken(std::span<const Point> chain, double part, unsigned attempt) {
   const double extent = reach_of(chain);
@@ -46,11 +50,16 @@ void require_usable(std::span<const Point> chain) {
   }
 }
 
+Point nudged(const Point& direction, unsigned attempt) {
+  constexpr double kAngle = 1e-5;
+  constexpr std::uint64_t kSeed = 0x446972656374aa20u;
+  const Point turned = direction + kAngle * random_direction(kSeed, attempt);
+  return (1 / norm(turned)) * turned;
+}
+
 std::optional<GeneralView> turned_view(std::span<const Point> chain, const Point& direction,
                                        Curve curve, const Run& run) {
-  require_usable(chain);
-  GeneralView view{
-      {chain.begin(), chain.end()}, direction, Projection(chain, direction, curve, run)};
+  GeneralView view{direction, Projection(chain, direction, curve, run), {}};
   for (unsigned attempt = 0; view.projection.degenerate(); ++attempt) {
     if (attempt == kTurns) return std::nullopt;
     view.direction = nudged(direction, attempt);
@@ -66,7 +75,7 @@ GeneralView general_view(std::span<const Point> chain, const Point& direction, C
     const Point turned = nudged(direction, attempt);
     std::vector<Point> moved = shaken(chain, kShakes[attempt - kTurns], attempt);
     Projection projection(moved, turned, curve, run);
-    if (!projection.degenerate()) return {std::move(moved), turned, std::move(projection)};
+    if (!projection.degenerate()) return {turned, std::move(projection), std::move(moved)};
   }
   refuse();
 }
@@ -86,13 +95,12 @@ LedAway led_away(std::span<const Point> chain, const GeneralView& view, std::int
   };
   if (auto away = led(view.projection)) return *std::move(away);
   for (unsigned attempt = 0; attempt < kShakes.size(); ++attempt) {
-    // Other moves than those of general_view(), which may have led to where this began.
-    std::vector<Point> moved = shaken(chain, kShakes[attempt], attempt + 100);
+    std::vector<Point> moved = shaken(chain, kShakes[attempt], kMovesOfEnds + attempt);
     Projection projection(moved, view.direction, Curve::kOpen, run);
     if (projection.degenerate()) continue;
     auto away = led(projection);
     if (!away) continue;
-    away->view.emplace(GeneralView{std::move(moved), view.direction, std::move(projection)});
+    away->view.emplace(GeneralView{view.direction, std::move(projection), std::move(moved)});
     return *std::move(away);
   }
   refuse();

@@ -28,11 +28,13 @@ Point unit(const Point& direction) {
 }  // namespace
 
 Diagram Diagram::of_polygon(std::span<const Point> points, const Point& direction, const Run& run) {
+  require_usable(points);
   return Diagram(general_view(points, unit(direction), Curve::kClosed, run).projection.code());
 }
 
 Diagram Diagram::of_open_chain(std::span<const Point> points, const Point& direction,
                                const Run& run) {
+  require_usable(points);
   GaussCode code = general_view(points, unit(direction), Curve::kOpen, run).projection.code();
   CodeReduction().reduce(code);
   return Diagram(closed_over(code));

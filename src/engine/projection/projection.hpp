@@ -105,22 +105,32 @@ class Projection {
 // Throws Error(kInvalidArgument) when a coordinate is not a number below 1e300 in size.
 void require_usable(std::span<const Point> chain);
 
-// A chain, a direction along which its view is not degenerate, and that view.
+// `direction`, a unit vector, turned by about 1e-5 rad: the `attempt`-th of a fixed sequence of
+// such turns, each of them another.
+Point nudged(const Point& direction, unsigned attempt);
+
+// A direction along which the view of a chain is not degenerate, and that view.
 struct GeneralView {
-  std::vector<Point> chain;
   Point direction;
   Projection projection;
+  std::vector<Point> moved;  // the chain that is seen where it is not the given one, else empty
+
+  // The chain that is seen, of which `given` is the one that was to be seen.
+  std::span<const Point> chain(std::span<const Point> given) const {
+    return moved.empty() ? given : std::span<const Point>(moved);
+  }
 };
 
 // The given chain and direction where their view is not degenerate. Where it is, the direction is
-// turned by about 1e-5 rad; nothing where that does not help. Throws as general_view() does.
+// turned by about 1e-5 rad; nothing where that does not help. The chain must be usable
+// (require_usable()), here and below.
 std::optional<GeneralView> turned_view(std::span<const Point> chain, const Point& direction,
                                        Curve curve = Curve::kOpen, const Run& run = {});
 
 // The given chain and direction where their view is not degenerate. Where it is, the direction is
 // turned by about 1e-5 rad, and where that does not help (the chain touches itself) the points are
 // moved as well, by 1e-9 of the chain's extent or as little more as helps: the answer is then that
-// of a chain nearby. Throws Error(kInvalidArgument) for a chain that is not usable.
+// of a chain nearby. Throws Error(kInvalidArgument) where nothing helps.
 GeneralView general_view(std::span<const Point> chain, const Point& direction,
                          Curve curve = Curve::kOpen, const Run& run = {});
 

@@ -60,10 +60,4 @@ Point random_direction(std::uint64_t seed, std::uint64_t trial) {
   return unit(on_sphere(height, kTurn * random.unit()));
 }
 
-Point nudged(const Point& direction, unsigned attempt) {
-  constexpr double kAngle = 1e-5;
-  const Point away = random_direction(kDirectionStream, attempt);
-  return unit(direction + kAngle * away);
-}
-
 }  // namespace korvex
