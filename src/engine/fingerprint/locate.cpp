@@ -3,13 +3,29 @@
 #include <algorithm>
 #include <limits>
 
-#include "engine/fingerprint/type_names.hpp"
 #include "korvex/error.hpp"
+#include "korvex/knot_name.hpp"
 
 namespace korvex {
 namespace {
 
-constexpr int kUntold = std::numeric_limits<int>::max();
+// Of each type; of those whose names do not tell, as many as could be.
+std::vector<std::int64_t> crossings_of(const std::vector<std::string>& types) {
+  std::vector<std::int64_t> crossings;
+  for (const std::string& type : types) {
+    const auto name = KnotName::parse(type);
+    const auto told = name ? name->crossings() : std::nullopt;
+    crossings.push_back(told.value_or(std::numeric_limits<std::int64_t>::max()));
+  }
+  return crossings;
+}
+
+std::vector<std::string> factors_of(const std::string& type) {
+  std::vector<std::string> factors;
+  if (const auto name = KnotName::parse(type))
+    for (const KnotName& factor : name->factors()) factors.push_back(factor.text());
+  return factors;
+}
 
 // A sub-chain by its stations.
 struct Cell {
@@ -23,7 +39,8 @@ class Search {
       : fingerprint_(fingerprint),
         stations_(fingerprint.stations()),
         last_(stations_.size() - 1),
-        threshold_(threshold) {}
+        threshold_(threshold),
+        crossings_(crossings_of(fingerprint.types())) {}
 
   std::optional<KnotPlace> place_of(std::size_t type) const {
     KnotPlace place;
@@ -70,10 +87,7 @@ class Search {
   bool less_knotted(const Cell& cell, std::size_t type) const {
     if (fingerprint_.share(type, cell.begin, cell.end) >= threshold_ / 2) return false;
     const std::size_t other = fingerprint_.dominant(cell.begin, cell.end).type;
-    const auto crossings = [this](std::size_t t) {
-      return crossings_of(fingerprint_.types()[t]).value_or(kUntold);
-    };
-    return crossings(other) < crossings(type);
+    return crossings_[other] < crossings_[type];
   }
 
   std::optional<Threading> undone_after(std::size_t type, const Cell& core) const {
@@ -106,6 +120,7 @@ class Search {
   const std::vector<std::int32_t>& stations_;
   const std::size_t last_;
   const double threshold_;
+  const std::vector<std::int64_t> crossings_;  // by type
 };
 
 }  // namespace
