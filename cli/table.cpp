@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <iostream>
 #include <memory>
 #include <nlohmann/json.hpp>
@@ -68,36 +67,6 @@ nlohmann::ordered_json as_json(const KnotType& type) {
           {"gauss_code", type.gauss_code}};
 }
 
-std::vector<std::string> factors_of(const std::string& name) {
-  std::vector<std::string> factors(1);
-  for (const char c : name) {
-    if (c == '#') {
-      factors.emplace_back();
-    } else {
-      factors.back() += c;
-    }
-  }
-  return factors;
-}
-
-// A factor without a hand stands for either.
-bool matches(const std::string& factor, const std::string& wanted) {
-  const bool has_hand = factor.front() == '+' || factor.front() == '-';
-  return factor == wanted || (has_hand && factor.substr(1) == wanted);
-}
-
-// Whether `name`, whose factors may stand in any order, means the type.
-bool is_named(const KnotType& type, const std::string& name) {
-  const std::vector<std::string> factors = factors_of(type.name);
-  std::vector<std::string> wanted = factors_of(name);
-  if (wanted.size() != factors.size()) return false;
-  std::sort(wanted.begin(), wanted.end());
-  do {
-    if (std::equal(factors.begin(), factors.end(), wanted.begin(), matches)) return true;
-  } while (std::next_permutation(wanted.begin(), wanted.end()));
-  return false;
-}
-
 // Types by name, both hands of a name without one, or all that the other options leave.
 std::vector<const KnotType*> chosen(const Options& options) {
   std::vector<const KnotType*> types;
@@ -108,10 +77,9 @@ std::vector<const KnotType*> chosen(const Options& options) {
     return types;
   }
   for (const std::string& name : options.names) {
-    const std::size_t before = types.size();
-    for (const KnotType& type : catalogue())
-      if (is_named(type, name)) types.push_back(&type);
-    if (types.size() == before)
+    const auto named = knot_types_named(name);
+    types.insert(types.end(), named.begin(), named.end());
+    if (named.empty())
       throw Failure(Exit::kSomeInputsFailed, "the catalogue has no knot '" + name +
                                                  "': names are such as 3_1, +5_2, "
                                                  "-3_1#4_1");

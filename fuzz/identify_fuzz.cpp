@@ -5,6 +5,7 @@
 
 #include "knots.hpp"
 #include "korvex/identify.hpp"
+#include "korvex/knot_name.hpp"
 #include "points.hpp"
 
 namespace {
@@ -13,6 +14,7 @@ using fuzz::require;
 using korvex::Detail;
 using korvex::Diagram;
 using korvex::KnotIdentity;
+using korvex::KnotName;
 using korvex::KnotType;
 
 bool holds(const KnotIdentity& identity, const KnotType* type) {
@@ -26,9 +28,12 @@ void check_one(const Diagram& diagram, const KnotIdentity& identity) {
   require(identity.alexander_key == korvex::alexander_key(diagram));
   if (identity.candidates.empty() && identity.summands.empty()) require(identity.name[0] == '?');
   if (identity.crossings <= 10) require(identity.proven && identity.candidates.size() == 1);
-  const KnotIdentity plain = identify(diagram, Detail::kType);
+  const KnotName name = KnotName::parse(identity.name).value();
+  require(name.text() == identity.name);
+  const auto choices = KnotName::parse(identify(diagram, Detail::kType).name).value().choices();
   for (const KnotType* type : identity.candidates)
-    require(('|' + plain.name + '|').find('|' + type->plain + '|') != std::string::npos);
+    require(std::find(choices.begin(), choices.end(), KnotName::parse(type->plain)) !=
+            choices.end());
 }
 
 // No two diagrams of one knot exclude what the other proves.

@@ -20,11 +20,13 @@
 #include "korvex/diagram.hpp"
 #include "korvex/homfly.hpp"
 #include "korvex/jones.hpp"
+#include "korvex/knot_name.hpp"
 #include "korvex/signature.hpp"
 
 namespace {
 
 using korvex::Diagram;
+using korvex::KnotName;
 
 constexpr int kMostCrossings = 10;
 
@@ -126,33 +128,17 @@ class TableWriter {
     }
   }
 
-  bool is_amphichiral(const std::vector<Factor>& factors) const {
-    return std::all_of(factors.begin(), factors.end(), [&](const Factor& factor) {
-      if (primes_[factor.prime].amphichiral) return true;
-      const auto count = [&](bool plus) {
-        return std::count_if(factors.begin(), factors.end(), [&](const Factor& other) {
-          return other.prime == factor.prime && other.plus == plus;
-        });
-      };
-      return count(true) == count(false);
-    });
-  }
-
   void write_row(const std::vector<Factor>& factors) {
     Diagram diagram;
-    std::string name;
-    std::string plain;
-    int crossings = 0;
+    std::vector<KnotName> names;
     for (const Factor& factor : factors) {
       const Prime& prime = primes_[factor.prime];
       diagram = diagram.connected_sum(factor.plus ? prime.diagram : prime.diagram.mirror());
       const char* hand = prime.amphichiral ? "" : factor.plus ? "+" : "-";
-      if (!name.empty()) name += '#';
-      if (!plain.empty()) plain += '#';
-      name.append(hand).append(prime.name);
-      plain += prime.name;
-      crossings += prime.crossings;
+      names.push_back(KnotName::parse(hand + prime.name).value());
     }
+    const KnotName name = KnotName::sum(names);
+    const bool amphichiral = name.mirror() == name;
     const auto alexander = *korvex::alexander_polynomial(diagram).small_coefficients();
     std::int64_t determinant = 0;
     std::string coefficients;
@@ -162,12 +148,12 @@ class TableWriter {
       coefficients += std::to_string(alexander[k]);
     }
     const auto quoted = [](const std::string& text) { return std::quoted(text); };
-    out_ << "    {" << quoted(name) << ", " << quoted(plain) << ", " << crossings << ", '"
-         << (is_amphichiral(factors) ? 'a' : 'c') << "', " << korvex::signature(diagram) << ", "
-         << std::abs(determinant) << ",\n     " << quoted(coefficients) << ",\n     "
-         << quoted(text_of(*korvex::jones(diagram))) << ",\n     "
-         << quoted(text_of(*korvex::homfly(diagram))) << ",\n     " << quoted(diagram.gauss_code())
-         << "},\n";
+    out_ << "    {" << quoted(name.text()) << ", " << quoted(name.plain().text()) << ", "
+         << *name.crossings() << ", '" << (amphichiral ? 'a' : 'c') << "', "
+         << korvex::signature(diagram) << ", " << std::abs(determinant) << ",\n     "
+         << quoted(coefficients) << ",\n     " << quoted(text_of(*korvex::jones(diagram)))
+         << ",\n     " << quoted(text_of(*korvex::homfly(diagram))) << ",\n     "
+         << quoted(diagram.gauss_code()) << "},\n";
   }
 
   std::vector<Prime> primes_;

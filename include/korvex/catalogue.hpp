@@ -37,14 +37,19 @@ struct KnotType {
   HomflyPolynomial homfly;
   std::string gauss_code;  // of a diagram, as Diagram::of_gauss_code reads it
 
-  bool is_prime() const { return plain != "0_1" && plain.find('#') == std::string::npos; }
+  KORVEX_API bool is_prime() const;
 };
 
 // All types by crossing number, primes first, each knot before its mirror image; the first is 0_1.
 // Made at the first call, then the same for the life of the program. Any thread.
 KORVEX_API std::span<const KnotType> catalogue();
 
-// The type of that name, with or without hands (then the first); nullptr if there is none.
+// The types that a name means, in order; its factors may stand in any order, and one without a hand
+// stands for either. None where the name is no name or means no type of the catalogue, as a choice
+// between types does. Looks at no other types. Any thread.
+KORVEX_API std::vector<const KnotType*> knot_types_named(std::string_view name);
+
+// The first of these; nullptr if there is none.
 KORVEX_API const KnotType* find_knot_type(std::string_view name);
 
 }  // namespace korvex

@@ -93,6 +93,39 @@ TEST(Catalogue, GivesThePlusHandToPrimesByItsRule) {
     EXPECT_NE(find_knot_type(name), nullptr) << name;
 }
 
+std::vector<std::string> names_of_types(std::string_view name) {
+  std::vector<std::string> names;
+  for (const KnotType* type : knot_types_named(name)) names.push_back(type->name);
+  return names;
+}
+
+TEST(Catalogue, FindsEveryTypeByItsName) {
+  for (const KnotType& type : catalogue()) {
+    EXPECT_EQ(find_knot_type(type.name), &type);
+    const auto plain = knot_types_named(type.plain);
+    EXPECT_EQ(std::count(plain.begin(), plain.end(), &type), 1) << type.name;
+    for (const KnotType* other : plain) EXPECT_EQ(other->plain, type.plain);
+    EXPECT_EQ(find_knot_type(type.plain), plain.front());
+  }
+}
+
+TEST(Catalogue, TakesAFactorWithoutAHandForEither) {
+  using Names = std::vector<std::string>;
+  EXPECT_EQ(names_of_types("3_1"), (Names{"+3_1", "-3_1"}));
+  EXPECT_EQ(names_of_types("-3_1"), Names{"-3_1"});
+  EXPECT_EQ(names_of_types("3_1#3_1"), (Names{"+3_1#+3_1", "-3_1#-3_1", "+3_1#-3_1"}));
+  EXPECT_EQ(names_of_types("3_1#-3_1"), (Names{"-3_1#-3_1", "+3_1#-3_1"}));
+  EXPECT_EQ(names_of_types("4_1#+3_1"), Names{"+3_1#4_1"});
+  EXPECT_EQ(names_of_types("0_1"), Names{"0_1"});
+}
+
+TEST(Catalogue, FindsNoTypeByAnotherName) {
+  for (const char* name : {"", "trefoil", "3_2", "+4_1", "11a_1", "5_1|10_132", "?1", "3_1#8_1"}) {
+    EXPECT_TRUE(knot_types_named(name).empty()) << name;
+    EXPECT_EQ(find_knot_type(name), nullptr) << name;
+  }
+}
+
 TEST(Identify, NamesEveryTypeOfTheCatalogue) {
   for (const KnotType& type : catalogue()) {
     const Diagram diagram = Diagram::of_gauss_code(type.gauss_code);

@@ -1,10 +1,11 @@
 #include "korvex/catalogue.hpp"
 
-#include <algorithm>
 #include <sstream>
+#include <unordered_map>
 #include <utility>
 
 #include "engine/catalogue/knot_rows.hpp"
+#include "korvex/knot_name.hpp"
 
 namespace korvex {
 namespace {
@@ -26,27 +27,11 @@ KnotType type_of(const KnotTableRow& row) {
           row.gauss_code};
 }
 
-// Changes the hand of every factor and puts those of one kind in order again, + before -.
-std::string mirrored_name(const std::string& name) {
-  std::vector<std::string> factors;
-  std::istringstream parts(name);
-  for (std::string factor; std::getline(parts, factor, '#');) {
-    if (factor[0] == '+' || factor[0] == '-') factor[0] = factor[0] == '+' ? '-' : '+';
-    factors.push_back(factor);
-  }
-  for (std::size_t k = 1; k < factors.size(); ++k)
-    for (std::size_t j = k; j > 0 && factors[j][0] == '+' && factors[j - 1][0] == '-' &&
-                            factors[j].substr(1) == factors[j - 1].substr(1);
-         --j)
-      std::swap(factors[j], factors[j - 1]);
-  std::string mirrored;
-  for (const std::string& factor : factors) mirrored += (mirrored.empty() ? "" : "#") + factor;
-  return mirrored;
-}
+KnotName name_of(const KnotType& type) { return KnotName::parse(type.name).value(); }
 
 KnotType mirror_of(const KnotType& type) {
   KnotType image = type;
-  image.name = mirrored_name(type.name);
+  image.name = name_of(type).mirror().text();
   image.signature = -type.signature;
   image.jones = mirror(type.jones);
   image.homfly = mirror(type.homfly);
@@ -63,17 +48,38 @@ std::vector<KnotType> make_catalogue() {
   return types;
 }
 
+// Types by the names that they have without hands.
+using TypesByName = std::unordered_map<std::string_view, std::vector<const KnotType*>>;
+
+TypesByName make_index() {
+  TypesByName by_name;
+  for (const KnotType& type : catalogue()) by_name[type.plain].push_back(&type);
+  return by_name;
+}
+
 }  // namespace
+
+bool KnotType::is_prime() const { return name_of(*this).is_prime(); }
 
 std::span<const KnotType> catalogue() {
   static const std::vector<KnotType> types = make_catalogue();
   return types;
 }
 
+std::vector<const KnotType*> knot_types_named(std::string_view name) {
+  static const TypesByName by_name = make_index();
+  const auto meant = KnotName::parse(name);
+  if (!meant) return {};
+  const auto found = by_name.find(meant->plain().text());
+  if (found == by_name.end()) return {};
+  std::vector<const KnotType*> types = found->second;
+  std::erase_if(types, [&](const KnotType* type) { return !meant->covers(name_of(*type)); });
+  return types;
+}
+
 const KnotType* find_knot_type(std::string_view name) {
-  for (const KnotType& type : catalogue())
-    if (type.name == name || type.plain == name) return &type;
-  return nullptr;
+  const auto types = knot_types_named(name);
+  return types.empty() ? nullptr : types.front();
 }
 
 }  // namespace korvex

@@ -1,13 +1,9 @@
 #include "engine/identify/identify.hpp"
 
 #include <algorithm>
-#include <charconv>
-#include <iterator>
 #include <map>
 #include <mutex>
 #include <shared_mutex>
-#include <sstream>
-#include <string_view>
 #include <unordered_map>
 #include <utility>
 
@@ -18,6 +14,7 @@
 #include "korvex/colourings.hpp"
 #include "korvex/homfly.hpp"
 #include "korvex/jones.hpp"
+#include "korvex/knot_name.hpp"
 #include "korvex/signature.hpp"
 
 namespace korvex {
@@ -58,35 +55,17 @@ const std::vector<std::int64_t>& colourings_of(const KnotType& type, int p) {
   return found->second;
 }
 
-// Names of candidates, joined; without hands each once.
-std::string name_of(const Candidates& candidates, bool with_hands) {
-  std::vector<std::string_view> names;
-  for (const KnotType* type : candidates) {
-    const std::string_view name = with_hands ? type->name : type->plain;
-    if (std::find(names.begin(), names.end(), name) == names.end()) names.push_back(name);
-  }
-  std::string joined;
-  for (const std::string_view name : names) {
-    if (!joined.empty()) joined += '|';
-    joined += name;
-  }
-  return joined;
+// One of the candidates.
+KnotName name_of(const Candidates& candidates, bool with_hands) {
+  std::vector<KnotName> names;
+  for (const KnotType* type : candidates)
+    names.push_back(KnotName::parse(with_hands ? type->name : type->plain).value());
+  return KnotName::one_of(names);
 }
 
-std::string name_of_unknown(const KnotIdentity& identity) {
-  constexpr std::size_t kLongest = 40;
-  std::string text;
-  if (identity.alexander) {
-    for (const std::string& coefficient : identity.alexander->coefficients) {
-      if (!text.empty() && coefficient[0] != '-') text += '+';
-      text += coefficient;
-      if (text.size() > kLongest) break;
-    }
-  }
-  if (!text.empty() && text.size() <= kLongest) return text.insert(0, 1, '?');
-  char digits[16];
-  const auto end = std::to_chars(std::begin(digits), std::end(digits), identity.alexander_key, 16);
-  return std::string("?key:").append(digits, end.ptr);
+KnotName name_of_unknown(const KnotIdentity& identity) {
+  if (!identity.alexander) return KnotName::unknown(identity.alexander_key);
+  return KnotName::unknown(identity.alexander_key, identity.alexander->coefficients);
 }
 
 // One prime part of a diagram, on its way to its name.
@@ -108,10 +87,10 @@ class PartIdentification {
     if (identity_.candidates.empty()) {
       if (identity_.crossings <= kMostCrossingsForPolynomial)
         identity_.alexander = alexander_polynomial(code_, run_);
-      identity_.name = name_of_unknown(identity_);
+      identity_.name = name_of_unknown(identity_).text();
       return std::move(identity_);
     }
-    identity_.name = name_of(identity_.candidates, with_hands_);
+    identity_.name = name_of(identity_.candidates, with_hands_).text();
     identity_.proven = !is_open();
     return std::move(identity_);
   }
@@ -194,13 +173,6 @@ KnotIdentity unknot() {
   return identity;
 }
 
-// Known types in the order of the catalogue, then others by name.
-bool comes_before(const KnotIdentity& a, const KnotIdentity& b) {
-  if (a.candidates.empty() || b.candidates.empty())
-    return !a.candidates.empty() || (b.candidates.empty() && a.name < b.name);
-  return a.candidates.front() < b.candidates.front();
-}
-
 // What the parts of a diagram have in common with the whole.
 void add_part(KnotIdentity& whole, const KnotIdentity& part) {
   whole.crossings += part.crossings;
@@ -208,29 +180,38 @@ void add_part(KnotIdentity& whole, const KnotIdentity& part) {
   whole.proven = whole.proven && part.proven;
 }
 
-// The factors of a part that is composite though its diagram does not show it; else the part.
-std::vector<KnotIdentity> factors_of(KnotIdentity part, Detail detail) {
-  const bool known = !part.candidates.empty() && part.name.find('|') == std::string::npos;
-  if (!known || part.name.find('#') == std::string::npos) return {std::move(part)};
-  std::vector<KnotIdentity> factors;
-  std::istringstream names(part.name);
-  for (std::string name; std::getline(names, name, '#');) {
-    KnotIdentity factor;
-    for (const KnotType& type : catalogue())
-      if ((detail == Detail::kHand ? type.name : type.plain) == name)
-        factor.candidates.push_back(&type);
-    const KnotType& type = *factor.candidates.front();
-    factor.name = std::move(name);
-    factor.crossings = static_cast<std::size_t>(type.crossings);
-    factor.evidence = part.evidence;
-    factor.proven = part.proven;
-    factor.alexander_key = alexander_key_of(type.alexander);
-    factors.push_back(std::move(factor));
-  }
-  return factors;
+struct Summand {
+  KnotName name;
+  KnotIdentity identity;
+};
+
+// A factor, by its name, of a part whose diagram does not show it.
+KnotIdentity hidden_factor(const KnotName& name, const KnotIdentity& part) {
+  KnotIdentity factor;
+  factor.name = name.text();
+  factor.candidates = knot_types_named(factor.name);
+  const KnotType& type = *factor.candidates.front();
+  factor.crossings = static_cast<std::size_t>(type.crossings);
+  factor.evidence = part.evidence;
+  factor.proven = part.proven;
+  factor.alexander_key = alexander_key_of(type.alexander);
+  return factor;
 }
 
-KnotIdentity sum_of(std::vector<KnotIdentity> parts, Detail detail) {
+// Adds a part; one that is composite though its diagram does not show it by its factors.
+void add_summands(std::vector<Summand>& summands, KnotIdentity part) {
+  KnotName name = KnotName::parse(part.name).value();
+  if (name.is_choice() || name.factors().size() < 2) {
+    summands.push_back({std::move(name), std::move(part)});
+    return;
+  }
+  for (KnotName& factor : name.factors()) {
+    KnotIdentity identity = hidden_factor(factor, part);
+    summands.push_back({std::move(factor), std::move(identity)});
+  }
+}
+
+KnotIdentity sum_of(std::vector<KnotIdentity> parts) {
   // A part may turn out to be the unknot, or seem to be.
   KnotIdentity unknots = unknot();
   std::erase_if(parts, [&](const KnotIdentity& part) {
@@ -246,23 +227,21 @@ KnotIdentity sum_of(std::vector<KnotIdentity> parts, Detail detail) {
   KnotIdentity sum;
   sum.proven = true;
   add_part(sum, unknots);
-  std::vector<KnotIdentity> summands;
+  std::vector<Summand> summands;
   for (KnotIdentity& part : parts) {
     add_part(sum, part);
     sum.alexander_key = alexander_key_of_sum(sum.alexander_key, part.alexander_key);
-    for (KnotIdentity& factor : factors_of(std::move(part), detail))
-      summands.push_back(std::move(factor));
+    add_summands(summands, std::move(part));
   }
-  std::stable_sort(summands.begin(), summands.end(), comes_before);
-  for (const KnotIdentity& summand : summands) {
-    const bool several = summand.name.find('|') != std::string::npos;
-    if (!sum.name.empty()) sum.name += '#';
-    sum.name += several ? '(' + summand.name + ')' : summand.name;
+  std::stable_sort(summands.begin(), summands.end(),
+                   [](const Summand& a, const Summand& b) { return a.name < b.name; });
+  std::vector<KnotName> names;
+  for (Summand& summand : summands) {
+    names.push_back(std::move(summand.name));
+    sum.summands.push_back(std::move(summand.identity));
   }
-  for (const KnotType& type : catalogue())
-    if ((detail == Detail::kHand ? type.name : type.plain) == sum.name)
-      sum.candidates.push_back(&type);
-  sum.summands = std::move(summands);
+  sum.name = KnotName::sum(names).text();
+  sum.candidates = knot_types_named(sum.name);
   return sum;
 }
 
@@ -282,7 +261,7 @@ KnotIdentity identify_anew(const GaussCode& code, Detail detail, const Run& run)
     for (const GaussCode& simpler : searched_parts(part, run))
       summands.push_back(PartIdentification(simpler, detail, run).identify());
   }
-  return sum_of(std::move(summands), detail);
+  return sum_of(std::move(summands));
 }
 
 // What was found before, by canonical code. When it is full it is emptied.
