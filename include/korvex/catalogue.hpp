@@ -3,8 +3,8 @@
 //
 // Names are those of D. Rolfsen, Knots and Links (1976), with the Perko pair 10_161 = 10_162 merged
 // and the later ones renumbered, so that the last is 10_165. A chiral knot has the sign of its hand
-// in front: +3_1 is the right-handed trefoil. The hand of a prime knot is `+` if its Jones
-// polynomial leans to positive powers; docs/conventions.md has the rule in full.
+// in front: +3_1 is the right-handed trefoil. docs/conventions.md has the rule of hands;
+// korvex/knot_name.hpp has names as values.
 #pragma once
 
 #include <cstdint>

@@ -42,12 +42,8 @@ struct KORVEX_API KnotIdentity {
   // known where the sum has too many crossings for the catalogue; its name is then made of theirs.
   std::vector<KnotIdentity> summands;
   Evidence evidence = Evidence::kDiagram;
-  // True when no other knot is possible. That is so where the one candidate left has a diagram of
-  // at most 10 crossings, since the catalogue is complete there; for a sum of such; and for the
-  // unknot where a diagram of at most 22 crossings has Jones polynomial 1 (R. E. Tuzun and A. S.
-  // Sikora, J. Knot Theory Ramif. 27, 1840009 (2018)). Else the name says which type to 10
-  // crossings agrees in all of its Alexander, HOMFLY-PT or Jones polynomials, signature and
-  // parabolic colourings for p = 5, 7, 11, 13 that could be computed.
+  // True when no other knot is possible. Else the name says which type of the catalogue agrees in
+  // all that could be computed.
   bool proven = false;
   std::size_t crossings = 0;  // of the simplest diagram found, no more than when simplified
   std::uint64_t alexander_key = 1;
@@ -56,19 +52,10 @@ struct KORVEX_API KnotIdentity {
   std::optional<AlexanderPolynomial> alexander;
 };
 
-// The knot type of a diagram. Simplifies it first; where that leaves a prime part of 11 to 40
-// crossings whose type is not proven, looks through about 100 diagrams that moves III lead to for
-// one that can be simplified further or shows a connected sum. The Alexander key leaves a few types
-// of the catalogue, or none; HOMFLY-PT, or Jones where the diagram is too large for that, tells
-// them and their hands apart; where types still agree the signature may, and then the parabolic
-// colourings for p = 5, 7, 11: together these tell all types of the catalogue apart. A diagram of
-// more than 10 crossings may be of a knot that the catalogue lacks: even a single type then has to
-// agree in all of these, as far as the diagram is not too large for them. An alternating diagram
-// that cannot be simplified shows the crossing number of its knot and excludes all other types. A
-// diagram too large for both polynomials keeps the types that are left without their hands. An
-// Alexander polynomial 1 alone is never taken for the unknot: such a diagram is 0_1 by HOMFLY-PT or
-// Jones, or where it is too large for both, 0_1 that is not proven. Answers are remembered by Gauss
-// code. Of `run` it asks only whether to stop: Error(kCancelled). Any thread.
+// The knot type of a diagram, which it simplifies first. "How sure a name is" in
+// docs/conventions.md has the ladder of evidence: what is compared in which order, what proves a
+// name, what is left open where a diagram is too large, and the sources. Answers are remembered by
+// Gauss code. Of `run` it asks only whether to stop: Error(kCancelled). Any thread.
 KORVEX_API KnotIdentity identify(const Diagram& diagram, Detail detail = Detail::kHand,
                                  const Run& run = {});
 
