@@ -48,13 +48,23 @@ std::vector<KnotType> make_catalogue() {
   return types;
 }
 
-// Types by the names that they have without hands.
 using TypesByName = std::unordered_map<std::string_view, std::vector<const KnotType*>>;
 
+// Types by the names that they have with and without hands.
 TypesByName make_index() {
   TypesByName by_name;
-  for (const KnotType& type : catalogue()) by_name[type.plain].push_back(&type);
+  for (const KnotType& type : catalogue()) {
+    by_name[type.plain].push_back(&type);
+    if (type.name != type.plain) by_name[type.name].push_back(&type);
+  }
   return by_name;
+}
+
+// Those of that very text; nullptr if there are none.
+const std::vector<const KnotType*>* types_written(std::string_view name) {
+  static const TypesByName by_name = make_index();
+  const auto found = by_name.find(name);
+  return found == by_name.end() ? nullptr : &found->second;
 }
 
 }  // namespace
@@ -67,12 +77,12 @@ std::span<const KnotType> catalogue() {
 }
 
 std::vector<const KnotType*> knot_types_named(std::string_view name) {
-  static const TypesByName by_name = make_index();
+  if (const auto* const written = types_written(name)) return *written;
   const auto meant = KnotName::parse(name);
   if (!meant) return {};
-  const auto found = by_name.find(meant->plain().text());
-  if (found == by_name.end()) return {};
-  std::vector<const KnotType*> types = found->second;
+  const auto* const alike = types_written(meant->plain().text());
+  if (alike == nullptr) return {};
+  std::vector<const KnotType*> types = *alike;
   std::erase_if(types, [&](const KnotType* type) { return !meant->covers(name_of(*type)); });
   return types;
 }
