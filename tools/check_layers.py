@@ -25,6 +25,7 @@ ENGINE = [
     "engine/invariants",
     "engine/catalogue",
     "engine/identify",
+    "engine/sphere",  # arcs of great circles, and the faces they cut the sphere into
     "engine/closures",
     "engine/fingerprint",
     "engine/report",

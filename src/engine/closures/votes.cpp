@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <memory>
 
+#include "engine/closures/reduced_chain.hpp"
 #include "engine/closures/voting.hpp"
 #include "engine/diagram/code_reduction.hpp"
 #include "engine/identify/identification.hpp"
 #include "engine/projection/projection.hpp"
-#include "engine/projection/triangle_elimination.hpp"
 #include "engine/run/parallel.hpp"
 #include "geometry/unit_scale.hpp"
 #include "korvex/error.hpp"
@@ -20,14 +20,6 @@ constexpr std::size_t kLattice = 100;
 constexpr std::size_t kMostVotes = 10'000'000;
 // The part of a ring's progress that is done before its type is asked for.
 constexpr double kExamined = 0.9;
-
-std::vector<Point> selected(std::span<const Point> points, std::span<const std::int32_t> indices) {
-  std::vector<Point> chosen;
-  chosen.reserve(indices.size());
-  for (const std::int32_t index : indices)
-    chosen.push_back(points[static_cast<std::size_t>(index)]);
-  return chosen;
-}
 
 class Voting {
  public:
@@ -150,20 +142,6 @@ class Voting {
       }
     });
     for (const CodeType& type : found) count(type);
-  }
-
-  // The chain without the points that no ray needs.
-  static std::vector<Point> reduced_for(std::span<const Ends> ends, std::span<const Point> chain,
-                                        const Run& run) {
-    if (chain.empty()) return {};
-    const double away = 4 * reach_of(chain);
-    std::vector<Line> rays;
-    rays.reserve(2 * ends.size());
-    for (const Ends& directions : ends) {
-      rays.push_back({chain.front(), chain.front() + away * directions.first});
-      rays.push_back({chain.back(), chain.back() + away * directions.last});
-    }
-    return selected(chain, eliminate_open(chain, rays, run));
   }
 
   static CodeType type_of(const Ends& ends, std::span<const Point> chain, Worker& worker,
