@@ -4,17 +4,22 @@
 #include <new>
 
 #include "korvex/error.hpp"
+#include "read_notes.hpp"
 
 namespace korvex::cli {
 
 // Sub-chains of a ring would need ends that a ring has not.
 void require_open(const Chain& chain) {
   if (!chain.closed) return;
+  const bool repeated = chain.ends == ChainEnds::kRepeated;
   throw korvex::Error(
       ErrorCode::kInvalidArgument,
-      "it is a ring (its last point repeats its first), and sub-chains are those of "
-      "an open chain: korvex knot names the ring's knot; to have it cut open there, "
-      "leave the last point out");
+      std::string("it is a ring (") +
+          (repeated ? "its last point repeats its first" : "a bond joins its ends") +
+          "), and sub-chains are those of an open chain: korvex knot names the ring's knot; to "
+          "have "
+          "it cut open there, leave the " +
+          (repeated ? "last point" : "bond") + " out");
 }
 
 Source source_named(const std::string& name) {
@@ -31,18 +36,20 @@ std::string title_of(const Chain& chain) {
   std::string title = chain.source;
   if (chain.model != 1) title += " model " + std::to_string(chain.model);
   if (!chain.name.empty()) title += " chain " + chain.name;
+  if (chain.part != 0) title += " part " + std::to_string(chain.part);
   return title;
 }
 
 Exit for_each_chain(const std::vector<std::string>& files, const ReadOptions& read,
-                    const std::function<void(const Chain&)>& work) {
+                    const std::function<void(const Chain&)>& work, bool as_rings) {
   Exit exit = Exit::kDone;
   for (const std::string& file : files) {
     std::string title = file;
+    ReadNotes notes(read, as_rings);
     try {
       visit_chains(source_named(file), read, [&](Chain&& chain) {
         title = title_of(chain);
-        for (const std::string& warning : chain.warnings) complain("warning: " + warning);
+        notes.add(chain);
         work(chain);
         title = file;
         return true;
@@ -54,6 +61,7 @@ Exit for_each_chain(const std::vector<std::string>& files, const ReadOptions& re
       complain(title + ": there is not enough memory for this chain");
       exit = Exit::kSomeInputsFailed;
     }
+    notes.tell();
   }
   return exit;
 }

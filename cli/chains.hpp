@@ -20,8 +20,9 @@ std::string title_of(const Chain& chain);
 void require_open(const Chain& chain);
 
 // Runs `work` on every chain of `files` that `read` selects. An input that cannot be read or worked
-// on costs one line on standard error, and the rest goes on. Warnings go there, too.
+// on costs one line on standard error, and the rest goes on. What ReadNotes tells goes there, too;
+// `as_rings`: the user has said that the chains are rings.
 Exit for_each_chain(const std::vector<std::string>& files, const ReadOptions& read,
-                    const std::function<void(const Chain&)>& work);
+                    const std::function<void(const Chain&)>& work, bool as_rings = false);
 
 }  // namespace korvex::cli

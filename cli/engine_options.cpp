@@ -11,8 +11,11 @@
 namespace korvex::cli {
 namespace {
 
-const Choices<GapPolicy> kGapPolicies = {
-    {"bridge", GapPolicy::kBridge}, {"split", GapPolicy::kSplit}, {"reject", GapPolicy::kReject}};
+const Choices<GapPolicy> kGapPolicies = {{"auto", GapPolicy::kAuto},
+                                         {"bridge", GapPolicy::kBridge},
+                                         {"split", GapPolicy::kSplit},
+                                         {"reject", GapPolicy::kReject}};
+const Choices<bool> kUnwraps = {{"auto", true}, {"never", false}};
 const Choices<Numbering> kNumberings = {{"author", Numbering::kAuthor},
                                         {"label", Numbering::kLabel}};
 const Choices<Sampling> kSamplings = {{"lattice", Sampling::kLattice},
@@ -101,11 +104,32 @@ Option chain_option(std::vector<std::string>& chains) {
           .delimiter = ','};
 }
 
-Option atom_option(std::string& atom) {
+Option atom_option(std::vector<std::string>& atoms) {
   return {.names = "--atom",
-          .help = "Atom that stands for a residue; default: CA, or P\nin nucleic acids",
-          .target = [&atom](const std::string& value) { atom = value; },
-          .value = "NAME"};
+          .help =
+              "Atoms that make the chain, separated by commas, or\nall; default: CA of amino "
+              "acids, P of nucleotides",
+          .target = [&atoms](const std::vector<std::string>& values) { atoms = values; },
+          .value = "NAME",
+          .delimiter = ','};
+}
+
+Option topology_option(std::string& path) {
+  return {.names = "--topology",
+          .help = "LAMMPS data file with the molecules and bonds of a\nLAMMPS dump",
+          .target = [&path](const std::string& value) { path = value; },
+          .value = "DATA"};
+}
+
+// A check that refuses all but numbers from 1.5 up.
+Check bonds() {
+  return [](const std::string& text) {
+    double value = 0;
+    const char* end = text.data() + text.size();
+    const auto [rest, error] = std::from_chars(text.data(), end, value);
+    if (error == std::errc() && rest == end && value >= 1.5) return std::string();
+    return "'" + text + "' is not a number of at least 1.5";
+  };
 }
 
 }  // namespace
@@ -118,12 +142,21 @@ void add_chain_options(Command& command, ReadOptions& read) {
       parsed("--residues", read.residues, residues_from, "N[-N]",
              "Residues by their labels, both included: 10-52 ends\nat 52 alone, 10-52A takes in "
              "52A, and 10-52Z every\nresidue of that number; default: all"));
-  command.add(atom_option(read.atom));
+  command.add(atom_option(read.atoms));
   command.add(choice("--numbering", read.numbering, kNumberings,
                      "Chain names and residue numbers of an mmCIF file"));
+  command.add(number("--chain-length", read.chain_length, "COUNT",
+                     "Points of a chain: cuts what the file has as one;\n0: cuts nothing",
+                     within(0, std::numeric_limits<int>::max())));
+  command.add(topology_option(read.topology));
   command.add(choice("--gaps", read.gaps, kGapPolicies,
-                     "Where neighbours are farther apart than 1.5 times\nthe median: join them "
-                     "straight, make two chains,\nor refuse the chain"));
+                     "Where neighbours lie farther apart than 1.5 times\nthe median, or residues "
+                     "are missing: join them\nstraight, make two chains, or refuse the chain;\n"
+                     "auto: join up to --max-gap, else make two chains"));
+  command.add(number("--max-gap", read.max_gap, "BONDS",
+                     "Longest gap that --gaps auto bridges, in median\nbonds", bonds()));
+  command.add(choice("--unwrap", read.unwrap, kUnwraps,
+                     "Mend the bonds that the file's periodic box broke"));
 }
 
 void add_run_options(Command& command, Run& run) {

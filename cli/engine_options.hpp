@@ -9,7 +9,7 @@
 namespace korvex::cli {
 
 // Which chains of a file, and what to do about their gaps: --model, --chain, --residues, --atom,
-// --numbering, --gaps.
+// --numbering, --gaps, --max-gap, --unwrap.
 void add_chain_options(Command& command, ReadOptions& read);
 
 // --threads and --seed.

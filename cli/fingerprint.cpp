@@ -12,6 +12,7 @@
 #include "options.hpp"
 #include "output_file.hpp"
 #include "progress.hpp"
+#include "read_notes.hpp"
 
 namespace korvex::cli {
 namespace {
@@ -47,16 +48,18 @@ Chain only_chain(const Options& options) {
   if (chains.size() == 1) return std::move(chains.front());
   std::string names;
   for (const Chain& chain : chains) {
-    const std::string name =
-        "model " + std::to_string(chain.model) + (chain.name.empty() ? "" : " chain " + chain.name);
+    const std::string name = "model " + std::to_string(chain.model) +
+                             (chain.name.empty() ? "" : " chain " + chain.name) +
+                             (chain.part == 0 ? "" : " part " + std::to_string(chain.part));
     if (names.size() > 200) {
       names += ", ...";
       break;
     }
     names += (names.empty() ? "" : ", ") + name;
   }
-  throw Failure(Exit::kSomeInputsFailed,
-                options.file + ": choose one of its chains by --model and --chain: " + names);
+  throw Failure(
+      Exit::kSomeInputsFailed,
+      options.file + ": choose one of its chains by --model, --chain and --residues: " + names);
 }
 
 void write(const Fingerprint& fingerprint, const Chain& chain, Format format, std::ostream& out) {
@@ -77,7 +80,9 @@ Exit fingerprint_of_file(const Options& options) {
   refuse_to_replace(options.file, options.output);
   OutputFile output(options.output);
   const Chain chain = only_chain(options);
-  for (const std::string& warning : chain.warnings) complain("warning: " + warning);
+  ReadNotes notes(options.read);
+  notes.add(chain);
+  notes.tell();
   const std::string title = title_of(chain);
   require_open(chain);
   Run run = options.run;

@@ -137,23 +137,27 @@ class KnotPrinter {
 
 Exit run_knot(const KnotOptions& options) {
   KnotPrinter printer(std::cout, options.format);
-  const Exit exit = for_each_chain(options.files, options.read, [&](const Chain& chain) {
-    VoteOptions votes = options.votes;
-    if (chain.closed && !options.closure_given) votes.closure = korvex::Closure::kRing;
-    const std::string title = title_of(chain);
-    Run run = options.run;
-    const auto trials = static_cast<double>(votes.trials > 0 ? votes.trials : votes.most_trials);
-    Votes answer;
-    {
-      Progress progress;
-      run.progress = [&](double fraction) {
-        progress.show_bar(title, fraction, trials, "closures");
-      };
-      run.progress(0);
-      answer = vote(chain.points, votes, run);
-    }
-    printer.add(chain, votes.closure, answer);
-  });
+  const Exit exit = for_each_chain(
+      options.files, options.read,
+      [&](const Chain& chain) {
+        VoteOptions votes = options.votes;
+        if (chain.closed && !options.closure_given) votes.closure = korvex::Closure::kRing;
+        const std::string title = title_of(chain);
+        Run run = options.run;
+        const auto trials =
+            static_cast<double>(votes.trials > 0 ? votes.trials : votes.most_trials);
+        Votes answer;
+        {
+          Progress progress;
+          run.progress = [&](double fraction) {
+            progress.show_bar(title, fraction, trials, "closures");
+          };
+          run.progress(0);
+          answer = vote(chain.points, votes, run);
+        }
+        printer.add(chain, votes.closure, answer);
+      },
+      options.closure_given && options.votes.closure == korvex::Closure::kRing);
   printer.finish();
   return exit;
 }

@@ -23,7 +23,11 @@ void check(const korvex::Chain& chain, const korvex::ReadOptions& options) {
   for (const korvex::Gap& gap : chain.gaps) {
     require(gap.after + (chain.closed ? 0 : 1) < chain.points.size() && gap.length > 0);
   }
-  require(chain.gaps.empty() || options.gaps == korvex::GapPolicy::kBridge);
+  require(chain.gaps.empty() || options.gaps == korvex::GapPolicy::kBridge ||
+          options.gaps == korvex::GapPolicy::kAuto);
+  require(chain.closed ==
+          (chain.ends != korvex::ChainEnds::kApart && chain.ends != korvex::ChainEnds::kNear));
+  require(chain.mended == 0 || options.unwrap);
 }
 
 }  // namespace
@@ -34,9 +38,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const unsigned choice = data[0];
   korvex::ReadOptions options;
   options.closed = (choice & 1U) != 0;
-  options.gaps = static_cast<korvex::GapPolicy>((choice >> 1U) % 3U);
+  options.gaps = static_cast<korvex::GapPolicy>((choice >> 1U) % 4U);
   if ((choice & 8U) != 0) options.numbering = korvex::Numbering::kLabel;
-  if ((choice & 16U) != 0) options.atom = "C";
+  if ((choice & 16U) != 0) options.atoms = {"C", "CA"};
+  options.unwrap = (choice & 32U) == 0;
   const std::string bytes(reinterpret_cast<const char*>(data) + 1, size - 1);
   std::vector<korvex::Chain> chains;
   try {

@@ -2,18 +2,19 @@
 //
 // Formats, told by the content alone, each also compressed with gzip:
 // - PDB and mmCIF: every polymer chain of every model, by one atom a residue: CA, or P for nucleic
-//   acids. Modified residues are kept; ligands, waters and ions are not. Of alternative locations
-//   the one of highest occupancy, the first among equals. Ångström.
+//   acids. Modified residues are kept; ligands, lipids, waters and ions are not. Of alternative
+//   locations the one of highest occupancy, the first among equals. A TER record ends a chain, and
+//   CONECT records between the ends of a chain close it. Ångström.
 // - GRO: as PDB; lengths are turned from nanometres into ångström. The format has no chain names: a
 //   chain begins where the residue numbers fall.
 // - XYZ (`count`, comment, `El x y z`), one chain a frame, with the column layout of extended XYZ.
 // - LAMMPS text dump: one chain a molecule (column `mol`) and frame, atoms in the order of their
 //   `id`. Positions from the first of: xu yu zu; xsu ysu zsu; x y z or xs ys zs with ix iy iz; x y
-//   z or xs ys zs alone, which are made whole: an atom goes to the periodic image nearest the atom
-//   before it, with a warning where that moved one.
+//   z or xs ys zs alone.
 // - Plain text: `id x y z` or `x y z` in each line, `#` comments, blank lines.
-// Other lengths stay in the unit of the input. A last point that repeats the first exactly is taken
-// off and makes the chain closed.
+// Periodic boxes are read from the box of GRO files and LAMMPS dumps, from CRYST1 (PDB), _cell
+// (mmCIF) and Lattice= (extended XYZ): see ReadOptions::unwrap. Other lengths stay in the unit of
+// the input. A last point that repeats the first exactly is taken off and makes the chain closed.
 //
 // Errors: Error with code kCannotRead (no such file, a directory, longer than 4 GiB, ...),
 // kBadInput (a text that breaks its format's rules anywhere, a number that is not finite, a gap
@@ -70,10 +71,16 @@ enum class Numbering {
   kLabel,   // the archive's own (label_asym_id, label_seq_id)
 };
 
-// What to do where neighbours in a chain lie farther apart than 1.5 times the chain's median bond.
+// What to do with gaps. Between neighbours in a chain there is one where
+// - they lie farther apart than 1.5 times the chain's median bond, or
+// - an mmCIF file counts residues of the sequence between them (label_seq_id), or
+// - the residue numbers of another file jump and they lie farther apart than 1.2 median bonds.
+// Beads whose bonds vary by nature (a quarter of them is longer than 1.2 times the median) have
+// gaps only where neighbours lie farther apart than ReadOptions::max_gap.
 enum class GapPolicy {
-  kBridge,  // join them by a straight line, and say so in Chain::warnings and Chain::gaps
-  kSplit,   // end the chain there and begin another, open and of the same name
+  kAuto,    // bridge those of up to ReadOptions::max_gap median bonds, split at the longer ones
+  kBridge,  // join the neighbours by a straight line, and list the gap in Chain::gaps
+  kSplit,   // end the chain there and begin another, open and of the same name: see Chain::part
   kReject,  // throw Error (kBadInput)
 };
 
@@ -98,13 +105,25 @@ struct ResidueRange {
 struct ReadOptions {
   ModelRange models = {};                // default: all
   std::vector<std::string> chains = {};  // names; empty: all
-  // Name of the atoms that make the chain; element or type in XYZ and LAMMPS files. Empty: CA or P
-  // in PDB, mmCIF and GRO files, every atom elsewhere.
-  std::string atom = {};
+  // Names of the atoms that make the chain, in the order of the file; elements or types in XYZ and
+  // LAMMPS files; "all" is every atom. Empty: CA of amino acids or P of nucleotides in PDB, mmCIF
+  // and GRO files, every atom elsewhere.
+  std::vector<std::string> atoms = {};
   ResidueRange residues = {};  // default: all
   Numbering numbering = Numbering::kAuthor;
   bool closed = false;  // the last point is joined to the first
-  GapPolicy gaps = GapPolicy::kBridge;
+  // Cuts what the input has as one chain into chains of so many points, named by their numbers from
+  // 1 (behind the chain's name and a dot where it has one); 0 cuts nothing.
+  std::size_t chain_length = 0;
+  // A LAMMPS data file with the molecules and bonds of a LAMMPS dump: a chain is then what bonds
+  // join, in their order, and closed where they close it; without bonds, a molecule. Empty: none.
+  std::string topology = {};
+  GapPolicy gaps = GapPolicy::kAuto;
+  double max_gap = 10;  // in median bonds, at least 1.5
+  // Make chains whole that a periodic box folds: a bond longer than 1.5 medians that a vector of
+  // the box turns into one that is not is mended by it; no other is touched. In LAMMPS dumps of
+  // wrapped positions every atom goes to the image nearest the atom before it.
+  bool unwrap = true;
 };
 
 // Every chain that the options select, in the order of models and of chains in the file. At least

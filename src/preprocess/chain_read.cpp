@@ -13,9 +13,10 @@ std::vector<ChainAtom> ChainRead(char* path, bool& error) {
   try {
     const std::string file(path);
     std::optional<korvex::Chain> first;
-    korvex::read::each_chain(korvex::read::load_file(file), file, {}, [&](korvex::Chain&& chain) {
-      if (!first) first = std::move(chain);
-    });
+    korvex::read::each_chain(korvex::read::load_file(file), file, {}, korvex::read::Tracing::kLoose,
+                             [&](korvex::read::RawChain&& raw) {
+                               if (!first) first = std::move(raw.chain);
+                             });
     atoms.reserve(first->points.size());
     for (std::size_t i = 0; i < first->points.size(); ++i) {
       const korvex::Point& point = first->points[i];

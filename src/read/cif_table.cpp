@@ -153,7 +153,7 @@ CifBlock read_cif(std::string_view text, const std::string& file) {
   for (cif::Block& block : document.blocks) {
     if (!block.has_tag("_atom_site.Cartn_x")) continue;
     return {take_table(block, "_atom_site."), take_table(block, "_entity."),
-            take_table(block, "_struct_asym.")};
+            take_table(block, "_struct_asym."), take_table(block, "_cell.")};
   }
   fail_at(file, 0,
           "no _atom_site.Cartn_x: this CIF holds no atoms of a structure; give an mmCIF "

@@ -52,6 +52,7 @@ struct CifBlock {
   CifTable atom_site;
   CifTable entity;
   CifTable struct_asym;
+  CifTable cell;
 };
 
 // The first data block with atoms of a structure. Throws Error where the text is not well-formed or

@@ -15,13 +15,14 @@ struct Known {
   const char* advice;
 };
 
-constexpr std::array<Known, 8> kUnread = {{
+constexpr std::array<Known, 9> kUnread = {{
     {"BZh", 0, "is compressed with bzip2; unpack it, or compress it with gzip"},
     {"\xfd"
      "7zXZ",
      0, "is compressed with xz; unpack it, or compress it with gzip"},
     {"\x28\xb5\x2f\xfd", 0, "is compressed with zstd; unpack it, or compress it with gzip"},
     {"PK\x03\x04", 0, "is a zip archive; unpack it"},
+    {"ustar", 257, "is a tar archive; unpack it and give the files in it"},
     {"CORD", 4, "is a DCD trajectory; convert it to PDB, XYZ, GRO or a LAMMPS dump"},
     {std::string_view("\0\0\x07\xcb", 4), 0,
      "is an XTC trajectory; convert it to PDB, XYZ, GRO or a LAMMPS dump"},
@@ -36,15 +37,24 @@ constexpr std::array<std::string_view, 38> kPdbRecords = {
     "HELIX",  "SHEET",  "SSBOND", "LINK",   "CISPEP", "SITE",   "CRYST1", "ORIGX1",
     "SCALE1", "MTRIX1", "MODEL",  "ATOM",   "HETATM", "USER"};
 
-void refuse_binary(std::string_view text, const std::string& file) {
+// What to do about bytes of a known kind; nothing for others.
+const char* advice_for(std::string_view bytes) {
   for (const Known& known : kUnread) {
-    if (text.size() >= known.offset && text.substr(known.offset).starts_with(known.magic)) {
-      fail_at(file, 0, known.advice);
+    if (bytes.size() >= known.offset && bytes.substr(known.offset).starts_with(known.magic)) {
+      return known.advice;
     }
   }
-  if (text.find('\0') != std::string_view::npos) {
-    fail_at(file, 0, "is not text; give PDB, mmCIF, GRO, XYZ, a LAMMPS dump or plain text");
-  }
+  return nullptr;
+}
+
+void refuse_binary(std::string_view text, const std::string& file) {
+  if (const char* advice = advice_for(text)) fail_at(file, 0, advice);
+  const std::size_t zero = text.find('\0');
+  if (zero == std::string_view::npos) return;
+  const auto before =
+      std::count(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(zero), '\n');
+  fail_at(file, static_cast<std::size_t>(before) + 1,
+          "is not text; give PDB, mmCIF, GRO, XYZ, a LAMMPS dump or plain text");
 }
 
 bool is_mmcif_start(std::string_view line) {
@@ -72,6 +82,8 @@ bool has_pdb_atoms(std::string_view text, const std::string& file) {
 }
 
 }  // namespace
+
+bool is_binary(std::string_view bytes) { return advice_for(bytes) != nullptr; }
 
 Format detect_format(std::string_view text, const std::string& file) {
   refuse_binary(text, file);

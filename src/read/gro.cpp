@@ -1,6 +1,8 @@
 // GRO files: frames of a title, a count, that many atoms in fixed columns and a box. The columns of
 // the coordinates are as wide as the distance between their decimal points. Lengths in nanometres.
 
+#include <vector>
+
 #include "read/parsers.hpp"
 #include "read/text.hpp"
 
@@ -20,6 +22,15 @@ std::optional<std::size_t> coordinate_width(std::string_view line) {
   const std::size_t width = second - first;
   if (line.size() < kCoordinates + 3 * width) return {};
   return width;
+}
+
+// True where the coordinates stand in columns of this width and end with them.
+bool are_in_columns(std::string_view line, std::size_t width) {
+  if (coordinate_width(line) != width) return false;
+  const std::size_t end = kCoordinates + 3 * width;
+  const bool continues = line.size() > end && line[end] >= '0' && line[end] <= '9';
+  const std::size_t third = line.find('.', kCoordinates) + 2 * width;
+  return !continues && third < end && line[third] == '.';
 }
 
 // Atoms of a frame come without chain names: where residue numbers fall, a chain begins. They wrap
@@ -42,7 +53,7 @@ AtomSite read_atom(const Lines& lines, std::size_t width) {
   const std::string_view line = lines.line();
   AtomSite site;
   const std::string_view number = trimmed(columns(line, 1, 5));
-  if (coordinate_width(line) != width || !to_int32(number)) {
+  if (!are_in_columns(line, width) || !to_int32(number)) {
     lines.fail(
         "expected an atom in GRO columns (residue number, residue, atom, atom number, x, y, "
         "z), but found " +
@@ -61,17 +72,39 @@ AtomSite read_atom(const Lines& lines, std::size_t width) {
   return site;
 }
 
-// The box closes a frame; without it the frame is cut short.
-void read_box(const Lines& lines) {
-  std::string_view rest = lines.line();
-  std::size_t count = 0;
+// The numbers of a line, apart by blanks or, where wide ones leave none, by columns as wide as the
+// distance between the first two decimal points. Empty where there is anything else.
+std::vector<double> box_numbers(std::string_view line) {
+  line = line.substr(0, line.find_last_not_of(" \t\r") + 1);
+  std::vector<double> numbers;
+  std::string_view rest = line;
   for (std::string_view word = take_word(rest); !word.empty(); word = take_word(rest)) {
     if (!to_number(word)) break;
-    ++count;
+    numbers.push_back(*to_number(word));
   }
-  if (count != 3 && count != 9) {
+  if (numbers.size() == 3 || numbers.size() == 9) return numbers;
+  const std::size_t first = line.find('.');
+  const std::size_t second = first == std::string_view::npos ? first : line.find('.', first + 1);
+  if (second == std::string_view::npos) return {};
+  const std::size_t width = second - first;
+  numbers.clear();
+  for (std::size_t begin = 0; begin < line.size(); begin += width) {
+    const std::optional<double> number = to_number(trimmed(line.substr(begin, width)));
+    if (!number) return {};
+    numbers.push_back(*number);
+  }
+  return numbers;
+}
+
+// The box closes a frame; without it the frame is cut short.
+Cell read_box(const Lines& lines) {
+  std::vector<double> box = box_numbers(lines.line());
+  if (box.size() != 3 && box.size() != 9) {
     lines.fail("expected the 3 or 9 numbers of the box, but found " + in_quotes(lines.line()));
   }
+  box.resize(9);
+  for (double& length : box) length *= kAngstromPerNanometre;
+  return {{{box[0], box[3], box[4]}, {box[5], box[1], box[6]}, {box[7], box[8], box[2]}}};
 }
 
 }  // namespace
@@ -87,6 +120,7 @@ bool looks_like_gro(std::string_view text, const std::string& file) {
 void parse_gro(std::string_view text, const std::string& file, const ReadOptions& options,
                const ModelSink& sink) {
   Lines lines(text, file);
+  const ChosenAtoms chosen(options.atoms);
   for (std::int64_t frame = 1; !lines.only_blanks_left(); ++frame) {
     lines.next();
     const std::size_t title = lines.number();
@@ -110,12 +144,12 @@ void parse_gro(std::string_view text, const std::string& file, const ReadOptions
       if (i == 0) width = coordinate_width(lines.line()).value_or(0);
       AtomSite site = read_atom(lines, width);
       site.chain = chains.key(site.number);
-      if (matters_for_trace(site.name, options.atom)) model.atoms.push_back(std::move(site));
+      if (matters_for_trace(site.name, chosen)) model.atoms.push_back(std::move(site));
     }
     if (!lines.next()) {
       lines.fail("the file ends before the box of its frame; it may be cut short: copy it again");
     }
-    read_box(lines);
+    model.cell = read_box(lines);
     sink(std::move(model));
   }
 }

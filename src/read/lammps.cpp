@@ -5,10 +5,12 @@
 #include <cmath>
 #include <limits>
 #include <map>
+#include <utility>
 #include <vector>
 
 #include "read/parsers.hpp"
 #include "read/text.hpp"
+#include "read/topology.hpp"
 
 namespace korvex::read {
 namespace {
@@ -56,9 +58,11 @@ struct Bead {
 
 class LammpsParser {
  public:
-  LammpsParser(std::string_view text, const std::string& file, const std::string& chosen,
+  LammpsParser(std::string_view text, const std::string& file, const ReadOptions& options,
                const ChainSink& sink)
-      : lines_(text, file), chosen_(chosen), sink_(sink) {}
+      : lines_(text, file), chosen_(options.atoms), unwrap_(options.unwrap), sink_(sink) {
+    if (!options.topology.empty()) topology_ = read_topology(options.topology);
+  }
 
   void parse() {
     while (lines_.next_filled()) {
@@ -224,9 +228,9 @@ class LammpsParser {
       if (!id) lines_.fail(in_quotes(words[columns.id]) + " stands where the id belongs");
       Bead bead{*id, position_of(columns, words), {}};
       if (columns.kind) bead.kind = words[*columns.kind];
-      if (!chosen_.empty() && bead.kind != chosen_) continue;
+      if (!chosen_.empty() && !chosen_.has(bead.kind)) continue;
       const std::string_view molecule =
-          columns.molecule ? words[*columns.molecule] : std::string_view{};
+          columns.molecule && !topology_ ? words[*columns.molecule] : std::string_view{};
       auto found = molecules.find(molecule);
       if (found == molecules.end()) {
         found = molecules.emplace(std::string(molecule), std::vector<Bead>{}).first;
@@ -237,7 +241,7 @@ class LammpsParser {
     count_.reset();
     in_frame_ = false;
     ++frame_;
-    emit(molecules, order, columns.wrapped && box_.known);
+    emit(molecules, order, unwrap_ && columns.wrapped && box_.known);
   }
 
   // Molecules in the order of their numbers, where they are numbers.
@@ -257,37 +261,60 @@ class LammpsParser {
         lines_.fail("atom id " + std::to_string(twice->id) +
                     " occurs twice in the frame that ends here");
       }
-      sink_(chain_of(name, beads, wrapped));
+      if (topology_) {
+        emit_strands(beads, wrapped);
+      } else {
+        emit_chain(name, beads, wrapped, false);
+      }
     }
   }
 
-  Chain chain_of(const std::string& name, std::vector<Bead>& beads, bool wrapped) const {
+  // `beads` are in the order of their ids.
+  void emit_strands(const std::vector<Bead>& beads, bool wrapped) const {
+    std::vector<std::int32_t> ids;
+    for (const Bead& bead : beads) ids.push_back(bead.id);
+    for (const Backbone& strand : backbones_of(*topology_, ids, lines_.file())) {
+      std::vector<Bead> ordered;
+      for (const std::int32_t id : strand.atoms) {
+        const auto place = std::lower_bound(ids.begin(), ids.end(), id) - ids.begin();
+        ordered.push_back(beads[static_cast<std::size_t>(place)]);
+      }
+      emit_chain(strand.name, ordered, wrapped, strand.ring);
+    }
+  }
+
+  void emit_chain(const std::string& name, std::vector<Bead>& beads, bool wrapped,
+                  bool ring) const {
+    RawChain raw;
+    raw.ends_bonded = ring;
+    raw.mended.resize(wrapped ? beads.size() : 0);
+    raw.chain = chain_of(name, beads, wrapped, raw.mended);
+    sink_(std::move(raw));
+  }
+
+  Chain chain_of(const std::string& name, std::vector<Bead>& beads, bool wrapped,
+                 std::vector<bool>& mended) const {
     Chain chain;
     chain.name = name;
     chain.model = frame_;
-    std::size_t moved = 0;
+    Point shift;
     for (Bead& bead : beads) {
       if (wrapped && !chain.points.empty()) {
-        const Point shift = box_.shift(bead.point - chain.points.back());
-        if (shift != Point{}) ++moved;
+        const Point before = std::exchange(shift, box_.shift(bead.point - chain.points.back()));
+        mended[chain.points.size()] = shift != before;
         bead.point = bead.point + shift;
       }
       chain.points.push_back(bead.point);
       chain.residues.push_back({bead.id, ' ', std::move(bead.kind)});
     }
-    if (moved != 0) {
-      chain.warnings.push_back(
-          lines_.file() + ": " + std::to_string(moved) + " atoms" +
-          (name.empty() ? std::string() : " of molecule " + name) + " in frame " +
-          std::to_string(frame_) +
-          " were moved to the periodic image nearest the atom before; dump xu yu zu to tell it");
-    }
     return chain;
   }
 
   Lines lines_;
-  const std::string& chosen_;
+  ChosenAtoms chosen_;
+  bool unwrap_;
   const ChainSink& sink_;
+  std::optional<Topology> topology_;
   std::optional<std::int32_t> count_;
   Box box_;
   std::int64_t frame_ = 0;
@@ -298,7 +325,7 @@ class LammpsParser {
 
 void parse_lammps(std::string_view text, const std::string& file, const ReadOptions& options,
                   const ChainSink& sink) {
-  LammpsParser(text, file, options.atom, sink).parse();
+  LammpsParser(text, file, options, sink).parse();
 }
 
 }  // namespace korvex::read

@@ -71,6 +71,18 @@ class Polymers {
   std::map<std::string, std::string> entity_;
 };
 
+// No cell where the table does not give one in full.
+Cell cell_in(const CifTable& table) {
+  std::vector<double> numbers;
+  for (const char* tag :
+       {"length_a", "length_b", "length_c", "angle_alpha", "angle_beta", "angle_gamma"}) {
+    const std::optional<std::size_t> column = table.column(tag);
+    if (!column || table.rows() == 0) return {};
+    numbers.push_back(table.number(0, *column));
+  }
+  return cell_of({numbers[0], numbers[1], numbers[2]}, {numbers[3], numbers[4], numbers[5]});
+}
+
 // Goes through the rows of _atom_site.
 class AtomRows {
  public:
@@ -81,6 +93,7 @@ class AtomRows {
         polymers_(block),
         text_(text),
         file_(file),
+        cell_(cell_in(block.cell)),
         label_(numbering == Numbering::kLabel) {
     for (std::size_t i = 0; i < kColumns; ++i) columns_[i] = table_.column(kTags[i]);
     if (table_.rows() == 0) fail("_atom_site has no rows; give a file with atoms");
@@ -97,13 +110,13 @@ class AtomRows {
   }
 
   // The models in the order in which they begin.
-  std::vector<Model> models(const std::string& chosen) {
+  std::vector<Model> models(const ChosenAtoms& chosen) {
     std::vector<Model> models;
     std::map<std::string, std::size_t> place;
     for (row_ = 0; row_ < table_.rows(); ++row_) {
       const std::string number = has(kModel) ? text(kModel) : "1";
       const auto [found, is_new] = place.try_emplace(number, models.size());
-      if (is_new) models.push_back({integer(number, "model number"), {}});
+      if (is_new) models.push_back({integer(number, "model number"), {}, cell_, nullptr});
       AtomSite site;
       read_place(site);
       site.name = either(kLabelAtom, kAuthAtom);
@@ -113,6 +126,7 @@ class AtomRows {
       site.in_polymer = polymer == true;
       read_names(site);
       read_number(site);
+      if (has(kLabelNumber)) site.sequence = to_int32(text(kLabelNumber));
       models[found->second].atoms.push_back(std::move(site));
     }
     return models;
@@ -205,6 +219,7 @@ class AtomRows {
   Polymers polymers_;
   std::string_view text_;
   const std::string& file_;
+  Cell cell_;
   bool label_;
   bool numbers_polymers_ = false;
   std::array<std::optional<std::size_t>, kColumns> columns_;
@@ -216,7 +231,8 @@ class AtomRows {
 void parse_mmcif(std::string_view text, const std::string& file, const ReadOptions& options,
                  const ModelSink& sink) {
   const CifBlock block = read_cif(text, file);
-  for (Model& model : AtomRows(block, text, file, options.numbering).models(options.atom)) {
+  for (Model& model :
+       AtomRows(block, text, file, options.numbering).models(ChosenAtoms(options.atoms))) {
     sink(std::move(model));
   }
 }

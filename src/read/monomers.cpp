@@ -1,12 +1,24 @@
+#include <algorithm>
 #include <gemmi/resinfo.hpp>
 
 #include "read/atom_site.hpp"
 
 namespace korvex::read {
 
-bool matters_for_trace(std::string_view atom_name, std::string_view chosen) {
+ChosenAtoms::ChosenAtoms(const std::vector<std::string>& names)
+    : names_(names), all_(std::find(names.begin(), names.end(), "all") != names.end()) {}
+
+bool ChosenAtoms::has(std::string_view name) const {
+  return all_ || std::find(names_.begin(), names_.end(), name) != names_.end();
+}
+
+std::string_view ChosenAtoms::only() const {
+  return all_ || names_.size() != 1 ? std::string_view{} : std::string_view(names_.front());
+}
+
+bool matters_for_trace(std::string_view atom_name, const ChosenAtoms& chosen) {
   return atom_name == "CA" || atom_name == "P" || atom_name == "N" || atom_name == "C" ||
-         atom_name == "O3'" || atom_name == "O3*" || (!chosen.empty() && atom_name == chosen);
+         atom_name == "O3'" || atom_name == "O3*" || chosen.has(atom_name);
 }
 
 Monomer monomer_of(const std::string& residue_name) {

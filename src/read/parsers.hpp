@@ -10,6 +10,7 @@
 #include "korvex/chain.hpp"
 #include "korvex/read.hpp"
 #include "read/atom_site.hpp"
+#include "read/raw_chain.hpp"
 
 namespace korvex::read {
 
@@ -18,11 +19,14 @@ enum class Format { kPdb, kMmcif, kGro, kXyz, kLammps, kPlain };
 // Tells the format by the content. Throws Error for binary and unknown content.
 Format detect_format(std::string_view text, const std::string& file);
 
+// True where the bytes begin as those of a file do that is not text.
+bool is_binary(std::string_view bytes);
+
 // True where the second line is a count and the third an atom in GRO columns.
 bool looks_like_gro(std::string_view text, const std::string& file);
 
 using ModelSink = std::function<void(Model&&)>;
-using ChainSink = std::function<void(Chain&&)>;
+using ChainSink = std::function<void(RawChain&&)>;
 
 // Formats of atoms with names and residues.
 void parse_pdb(std::string_view text, const std::string& file, const ReadOptions& options,

@@ -4,7 +4,9 @@
 //
 // The records are read here rather than by gemmi because gemmi takes a coordinate that it cannot
 // read for 0 and goes on, stops at the first END, and keeps four digits of a model's number.
+#include <algorithm>
 #include <cmath>
+#include <limits>
 #include <set>
 
 #include "read/parsers.hpp"
@@ -124,6 +126,7 @@ AtomSite read_atom(const Lines& lines) {
   }
   AtomSite site;
   site.het = line[0] == 'H';
+  site.serial = to_int32(trimmed(columns(line, 7, 11))).value_or(0);
   site.name = trimmed(columns(line, 13, 16));
   site.padded_name = line[12] == ' ';
   site.altloc = line[16];
@@ -137,9 +140,36 @@ AtomSite read_atom(const Lines& lines) {
   return site;
 }
 
+// The bonds of the CONECT records, which stand behind all models.
+Bonds read_bonds(std::string_view text) {
+  Bonds bonds;
+  for (std::size_t at = text.find("CONECT"); at != std::string_view::npos;
+       at = text.find("CONECT", at + 1)) {
+    if (at != 0 && text[at - 1] != '\n') continue;
+    const std::string_view line = text.substr(at, std::min(text.find('\n', at), text.size()) - at);
+    const std::optional<std::int32_t> from = to_int32(trimmed(columns(line, 7, 11)));
+    for (std::size_t first = 12; from && first <= 27; first += 5) {
+      const std::optional<std::int32_t> to = to_int32(trimmed(columns(line, first, first + 4)));
+      if (to) bonds.insert(std::minmax(*from, *to));
+    }
+  }
+  return bonds;
+}
+
+// No cell where the record holds no numbers of one.
+Cell read_cell(std::string_view line) {
+  const auto number = [line](std::size_t first, std::size_t last) {
+    constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
+    return to_number(trimmed(columns(line, first, last))).value_or(kNone);
+  };
+  return cell_of({number(7, 15), number(16, 24), number(25, 33)},
+                 {number(34, 40), number(41, 47), number(48, 54)});
+}
+
 class PdbParser {
  public:
-  PdbParser(const std::string& chosen, const ModelSink& sink) : chosen_(chosen), sink_(sink) {}
+  PdbParser(const ChosenAtoms& chosen, const Bonds& bonds, const ModelSink& sink)
+      : chosen_(chosen), bonds_(bonds), sink_(sink) {}
 
   void take(const Lines& lines) {
     const std::string_view line = lines.line();
@@ -151,6 +181,8 @@ class PdbParser {
       if (matters_for_trace(site.name, chosen_)) model_.atoms.push_back(std::move(site));
     } else if (is_record(line, "TER")) {
       end_chain();
+    } else if (is_record(line, "CRYST1")) {
+      cell_ = read_cell(line);
     } else if (is_record(line, "MODEL")) {
       end_model();
       in_model_ = true;
@@ -167,6 +199,8 @@ class PdbParser {
     if (has_atoms_) {
       ++count_;
       model_.number = number_.value_or(count_);
+      model_.cell = cell_;
+      model_.bonds = &bonds_;
       sink_(std::move(model_));
     }
     model_ = {};
@@ -179,17 +213,26 @@ class PdbParser {
  private:
   void end_chain() {
     const bool first = ended_.insert(last_chain_).second;
-    if (first) {
-      for (AtomSite& site : model_.atoms) {
-        if (site.chain == last_chain_) site.before_end = true;
-      }
+    const auto ends_here = [this, first](const AtomSite& site) {
+      return site.chain == last_chain_ && (first || site.run == run_);
+    };
+    // Behind its chain's first TER record a run of HETATM records alone is ligands and waters.
+    const bool polymer =
+        first || std::any_of(model_.atoms.begin(), model_.atoms.end(),
+                             [&](const AtomSite& site) { return ends_here(site) && !site.het; });
+    for (AtomSite& site : model_.atoms) {
+      if (!polymer || !ends_here(site)) continue;
+      site.before_end = true;
+      site.before_first_end = site.before_first_end || first;
     }
     ++run_;
   }
 
-  const std::string& chosen_;
+  const ChosenAtoms& chosen_;
+  const Bonds& bonds_;
   const ModelSink& sink_;
   Model model_;
+  Cell cell_;  // of this model and those after it, up to the next CRYST1 record
   std::optional<std::int32_t> number_;
   std::int64_t count_ = 0;
   std::set<std::string> ended_;  // chains that had a TER record
@@ -204,7 +247,9 @@ class PdbParser {
 void parse_pdb(std::string_view text, const std::string& file, const ReadOptions& options,
                const ModelSink& sink) {
   Lines lines(text, file);
-  PdbParser parser(options.atom, sink);
+  const ChosenAtoms chosen(options.atoms);
+  const Bonds bonds = read_bonds(text);
+  PdbParser parser(chosen, bonds, sink);
   while (lines.next()) parser.take(lines);
   if (parser.in_model()) {
     lines.fail("the file ends within a MODEL; it may be cut short: copy it again or add ENDMDL");

@@ -28,7 +28,8 @@ Words words_of(std::string_view line) {
 
 void parse_plain(std::string_view text, const std::string& file, const ChainSink& sink) {
   Lines lines(text, file);
-  Chain chain;
+  RawChain raw;
+  Chain& chain = raw.chain;
   std::size_t expected = 0;
   std::size_t first_line = 0;
   while (lines.next()) {
@@ -63,7 +64,7 @@ void parse_plain(std::string_view text, const std::string& file, const ChainSink
                             coordinate(words[count - 1], 'z', lines)});
     chain.residues.push_back(std::move(residue));
   }
-  if (!chain.points.empty()) sink(std::move(chain));
+  if (!chain.points.empty()) sink(std::move(raw));
 }
 
 }  // namespace korvex::read

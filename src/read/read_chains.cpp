@@ -7,6 +7,7 @@
 
 #include "korvex/error.hpp"
 #include "read/bytes.hpp"
+#include "read/gaps.hpp"
 #include "read/selection.hpp"
 #include "read/text.hpp"
 #include "read/trace.hpp"
@@ -15,14 +16,37 @@ namespace korvex {
 namespace read {
 namespace {
 
-// Text as the parsers want it: uncompressed, without byte order mark, lines ended by LF or CR LF.
+// ChainEnds every line by LF: CR alone ends one as well, and any number of CR before LF belongs to
+// it.
+void settle_line_ends(std::string& text) {
+  if (text.find('\r') == std::string::npos) return;
+  std::size_t kept = 0;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] != '\r') {
+      text[kept++] = text[i];
+      continue;
+    }
+    const std::size_t next = std::min(text.find_first_not_of('\r', i), text.size());
+    if (next < text.size() && text[next] == '\n') {
+      i = next - 1;
+    } else {
+      text[kept++] = '\n';
+    }
+  }
+  text.resize(kept);
+}
+
+// Text as the parsers want it: uncompressed, without byte order mark and the zeros that tapes and
+// fixed blocks are filled up with, lines ended by LF.
 std::string text_of(std::string bytes, const std::string& name) {
   if (bytes.empty()) fail_at(name, 0, "is empty; give a chain's coordinates");
   if (is_gzip(bytes)) bytes = gunzip(bytes, name);
+  if (is_gzip(bytes)) fail_at(name, 0, "is compressed with gzip twice; unpack it once");
   if (bytes.starts_with("\xef\xbb\xbf")) bytes.erase(0, 3);
-  const bool old_mac =
-      bytes.find('\n') == std::string::npos && bytes.find('\r') != std::string::npos;
-  if (old_mac) std::replace(bytes.begin(), bytes.end(), '\r', '\n');
+  if (!is_binary(bytes)) {
+    bytes.resize(bytes.find_last_not_of('\0') + 1);
+    settle_line_ends(bytes);
+  }
   return bytes;
 }
 
@@ -55,7 +79,9 @@ void parse(Format format, std::string_view text, const std::string& name,
   }
 }
 
-std::string nothing_to_trace(Format format, const std::string& atom) {
+std::string nothing_to_trace(Format format, const std::vector<std::string>& atoms) {
+  std::string atom;
+  for (const std::string& name : atoms) atom += (atom.empty() ? "" : ",") + name;
   const bool has_residues =
       format == Format::kPdb || format == Format::kMmcif || format == Format::kGro;
   if (!has_residues && atom.empty()) return "holds no atoms; give a chain's coordinates";
@@ -67,24 +93,29 @@ std::string nothing_to_trace(Format format, const std::string& atom) {
 }  // namespace
 
 void each_chain(std::string bytes, const std::string& name, const ReadOptions& options,
-                const ChainSink& sink) {
+                Tracing tracing, const ChainSink& sink) {
   const std::string text = text_of(std::move(bytes), name);
+  const ChosenAtoms chosen(options.atoms);
   bool any = false;
-  const ChainSink chain_sink = [&](Chain&& chain) {
+  const ChainSink chain_sink = [&](RawChain&& raw) {
     any = true;
-    if (!selects_model(options.models, chain.model)) return;
-    chain.source = name;
-    check_finite(chain);
-    sink(std::move(chain));
+    if (!selects_model(options.models, raw.chain.model)) return;
+    raw.chain.source = name;
+    check_finite(raw.chain);
+    sink(std::move(raw));
   };
   const ModelSink model_sink = [&](Model&& model) {
     // Traces are worth their cost only where they are wanted, or to tell that there are any.
     if (any && !selects_model(options.models, model.number)) return;
-    for (Chain& chain : traces_of(model, options.atom)) chain_sink(std::move(chain));
+    for (RawChain& raw : traces_of(model, chosen, tracing)) chain_sink(std::move(raw));
   };
   const Format format = detect_format(text, name);
+  if (!options.topology.empty() && format != Format::kLammps) {
+    throw Error(ErrorCode::kInvalidArgument,
+                name + ": is no LAMMPS dump, and a topology is for those alone", name);
+  }
   parse(format, text, name, options, model_sink, chain_sink);
-  if (!any) fail_at(name, 0, nothing_to_trace(format, options.atom));
+  if (!any) fail_at(name, 0, nothing_to_trace(format, options.atoms));
 }
 
 namespace {
@@ -148,26 +179,29 @@ std::string Source::load() const {
 
 void visit_chains(const Source& source, const ReadOptions& options,
                   const std::function<bool(Chain&&)>& visit) {
-  if (options.models.step < 1) {
-    throw Error(ErrorCode::kInvalidArgument, "the step from model to model is " +
-                                                 std::to_string(options.models.step) +
-                                                 "; it must be at least 1");
-  }
+  read::check(options);
   std::set<std::string> seen;
   bool any = false;
-  const auto sink = [&](Chain&& chain) {
-    seen.insert(chain.name);
-    if (!read::selects_chain(options, chain)) return;
-    read::select_residues(chain, options.residues);
-    if (chain.points.empty()) return;
-    read::settle_ends(chain, options.closed);
+  const auto sink = [&](read::RawChain&& raw) {
+    seen.insert(raw.chain.name);
+    if (!read::selects_chain(options, raw.chain)) return;
+    read::select_residues(raw, options.residues);
+    if (raw.chain.points.empty()) return;
+    if (options.unwrap) read::mend(raw);
+    read::settle_ends(raw, options.closed);
     any = true;
-    for (Chain& piece : read::settle_gaps(std::move(chain), options.gaps)) {
+    for (Chain& piece : read::settle_gaps(std::move(raw), options)) {
       if (!visit(std::move(piece))) throw read::StopReading();
     }
   };
+  const auto cut = [&](read::RawChain&& raw) {
+    if (options.chain_length == 0) return sink(std::move(raw));
+    for (read::RawChain& piece : read::cut(std::move(raw), options.chain_length)) {
+      sink(std::move(piece));
+    }
+  };
   try {
-    read::each_chain(source.load(), source.name(), options, sink);
+    read::each_chain(source.load(), source.name(), options, read::Tracing::kStrict, cut);
   } catch (const read::StopReading&) {
     return;
   }

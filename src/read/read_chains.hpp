@@ -4,6 +4,7 @@
 #include <string>
 
 #include "read/parsers.hpp"
+#include "read/trace.hpp"
 
 namespace korvex::read {
 
@@ -11,6 +12,6 @@ namespace korvex::read {
 // or split otherwise. `bytes` are as stored, maybe compressed; `name` stands for them in messages.
 // Throws Error where the input, not the selection, holds no chain.
 void each_chain(std::string bytes, const std::string& name, const ReadOptions& options,
-                const ChainSink& sink);
+                Tracing tracing, const ChainSink& sink);
 
 }  // namespace korvex::read

@@ -1,24 +1,28 @@
-// What becomes of a chain between its parser and the user: selection, closing, gaps.
+// What becomes of a chain between its parser and the user: selection and closing.
 #pragma once
 
+#include <cstddef>
 #include <vector>
 
-#include "korvex/chain.hpp"
 #include "korvex/read.hpp"
+#include "read/raw_chain.hpp"
 
 namespace korvex::read {
+
+// Throws Error (kInvalidArgument) for options out of range.
+void check(const ReadOptions& options);
 
 bool selects_model(const ModelRange& models, std::int64_t number);
 bool selects_chain(const ReadOptions& options, const Chain& chain);
 
+// Cuts a chain into chains of `length` points. Throws Error (kBadInput) where points are left over.
+std::vector<RawChain> cut(RawChain&& raw, std::size_t length);
+
 // Keeps the selected residues.
-void select_residues(Chain& chain, const ResidueRange& range);
+void select_residues(RawChain& raw, const ResidueRange& range);
 
-// Marks the chain closed if that is wanted, or if its last point repeats its first; the repeat is
-// taken off.
-void settle_ends(Chain& chain, bool closed);
-
-// Finds the gaps and follows the policy: one chain, or the pieces of it.
-std::vector<Chain> settle_gaps(Chain&& chain, GapPolicy policy);
+// Marks the chain closed if its last point repeats its first, if the file has a bond between its
+// ends, or if that is wanted; a repeat is taken off.
+void settle_ends(RawChain& raw, bool closed);
 
 }  // namespace korvex::read

@@ -3,7 +3,11 @@
 #include <algorithm>
 #include <array>
 #include <map>
+#include <optional>
 #include <utility>
+
+#include "geometry/bonds.hpp"
+#include "read/gaps.hpp"
 
 namespace korvex::read {
 namespace {
@@ -13,6 +17,7 @@ enum Slot : std::size_t { kCa, kP, kN, kC, kO3, kChosen, kSlots };
 
 struct Record {
   std::array<const AtomSite*, kSlots> atoms{};
+  std::vector<const AtomSite*> chosen;  // by name, in the order of the file
   std::size_t run = 0;
   bool het = true;  // none of its atoms is in an ATOM record
 };
@@ -23,6 +28,7 @@ struct Strand {
   std::string name;
   std::vector<Record> records;
   std::map<Label, std::size_t> latest;  // the last record of each label
+  std::optional<std::size_t> run;       // of its ATOM records
 };
 
 bool is_calcium(const AtomSite& site) {
@@ -32,21 +38,21 @@ bool is_calcium(const AtomSite& site) {
 }
 
 // The slots that an atom fills: at most one by its own name, and the chosen one.
-std::array<bool, kSlots> slots_of(const AtomSite& site, const std::string& chosen) {
+std::array<bool, kSlots> slots_of(const AtomSite& site, const ChosenAtoms& chosen) {
   std::array<bool, kSlots> fills{};
   fills[kCa] = site.name == "CA" && !is_calcium(site);
   fills[kP] = site.name == "P";
   fills[kN] = site.name == "N";
   fills[kC] = site.name == "C";
   fills[kO3] = site.name == "O3'" || site.name == "O3*";
-  fills[kChosen] = !chosen.empty() && site.name == chosen && (chosen != "CA" || fills[kCa]);
+  fills[kChosen] = chosen.has(site.name) && (chosen.all() || site.name != "CA" || fills[kCa]);
   return fills;
 }
 
 // Sorts the atoms of a model into strands and residues.
 class Sorter {
  public:
-  explicit Sorter(const std::string& chosen) : chosen_(chosen) {}
+  Sorter(const ChosenAtoms& chosen, Tracing tracing) : chosen_(chosen), tracing_(tracing) {}
 
   void add(const AtomSite& site) {
     const std::array<bool, kSlots> fills = slots_of(site, chosen_);
@@ -55,9 +61,10 @@ class Sorter {
     record->het = record->het && site.het;
     for (std::size_t slot = 0; slot < kSlots; ++slot) {
       if (!fills[slot]) continue;
-      const AtomSite*& held = record->atoms[slot];
+      const AtomSite*& held = slot == kChosen ? place_of(*record, site) : record->atoms[slot];
       if (held == nullptr || site.occupancy > held->occupancy) held = &site;
     }
+    if (!record->chosen.empty()) record->atoms[kChosen] = record->chosen.front();
   }
 
   const std::vector<Strand>& strands() const { return strands_; }
@@ -66,7 +73,8 @@ class Sorter {
   Record* record_for(const AtomSite& site, const std::array<bool, kSlots>& fills) {
     if (fills == std::array<bool, kSlots>{}) return nullptr;
     const auto [place, is_new] = current_.try_emplace(site.chain, strands_.size());
-    if (is_new) strands_.push_back({site.chain_name, {}, {}});
+    if (is_new) strands_.push_back({site.chain_name, {}, {}, {}});
+    if (!site.het && tracing_ == Tracing::kStrict) begin_run(place->second, site.run);
     const Label label{site.number, site.insertion_code};
     Strand* strand = &strands_[place->second];
     const auto found = strand->latest.find(label);
@@ -75,24 +83,58 @@ class Sorter {
       if (record.run == site.run && !repeats(record, site, fills)) return &record;
       if (record.run != site.run && !site.het) {
         place->second = strands_.size();
-        strand = &strands_.emplace_back(Strand{site.chain_name, {}, {}});
+        strand = &strands_.emplace_back(Strand{site.chain_name, {}, {}, {}});
       }
     }
     strand->latest[label] = strand->records.size();
-    strand->records.push_back({{}, site.run, true});
+    strand->records.push_back({{}, {}, site.run, true});
     return &strand->records.back();
+  }
+
+  // A TER record ends a chain: what has followed it in HETATM records, such as a modified first
+  // residue, goes along into the strand of the ATOM records of its run.
+  void begin_run(std::size_t& place, std::size_t run) {
+    Strand& old = strands_[place];
+    if (!old.run || *old.run == run) {
+      old.run = run;
+      return;
+    }
+    Strand begun{old.name, {}, {}, run};
+    while (!old.records.empty() && old.records.back().run == run) {
+      begun.records.insert(begun.records.begin(), std::move(old.records.back()));
+      old.records.pop_back();
+    }
+    for (auto& [label, record] : old.latest) {
+      if (record >= old.records.size()) begun.latest[label] = record - old.records.size();
+    }
+    place = strands_.size();
+    strands_.push_back(std::move(begun));
+  }
+
+  // Where the record holds the chosen atom of this name.
+  static const AtomSite*& place_of(Record& record, const AtomSite& site) {
+    for (const AtomSite*& held : record.chosen) {
+      if (held->name == site.name) return held;
+    }
+    return record.chosen.emplace_back(nullptr);
   }
 
   static bool repeats(const Record& record, const AtomSite& site,
                       const std::array<bool, kSlots>& fills) {
     for (std::size_t slot = 0; slot < kSlots; ++slot) {
       const AtomSite* held = record.atoms[slot];
+      if (slot == kChosen) {
+        const auto same = [&site](const AtomSite* atom) { return atom->name == site.name; };
+        const auto found = std::find_if(record.chosen.begin(), record.chosen.end(), same);
+        held = found == record.chosen.end() ? nullptr : *found;
+      }
       if (fills[slot] && held != nullptr && held->altloc == ' ' && site.altloc == ' ') return true;
     }
     return false;
   }
 
-  const std::string& chosen_;
+  const ChosenAtoms& chosen_;
+  Tracing tracing_;
   std::vector<Strand> strands_;
   std::map<std::string, std::size_t> current_;  // of each chain key, its strand
 };
@@ -128,9 +170,11 @@ bool is_monomer(const Record& record, Slot trace) {
 struct Polymer {
   std::vector<const Record*> records;
   bool has_monomers = false;
+  bool told = false;       // the file says that some of them belong to a polymer
+  std::size_t bonded = 0;  // neighbours with a bond between them
 };
 
-Polymer polymer_of(const Strand& strand, Slot trace) {
+Polymer polymer_of(const Strand& strand, Slot trace, Tracing tracing) {
   std::vector<const Record*> all;
   for (const Record& record : strand.records) {
     if (record.atoms[trace] != nullptr) all.push_back(&record);
@@ -145,7 +189,8 @@ Polymer polymer_of(const Strand& strand, Slot trace) {
       first_monomer = std::min(first_monomer, i);
       last_monomer = i;
     }
-    kept[i] = kept[i] || site.in_polymer || site.before_end;
+    kept[i] = kept[i] || site.in_polymer ||
+              (tracing == Tracing::kLoose ? site.before_first_end : site.before_end);
   }
   const bool no_monomer = first_monomer == all.size();
   for (std::size_t i = 0; i < all.size(); ++i) {
@@ -160,9 +205,41 @@ Polymer polymer_of(const Strand& strand, Slot trace) {
   }
   Polymer polymer{{}, !no_monomer};
   for (std::size_t i = 0; i < all.size(); ++i) {
-    if (kept[i]) polymer.records.push_back(all[i]);
+    if (!kept[i]) continue;
+    polymer.told = polymer.told || all[i]->atoms[trace]->in_polymer;
+    if (!polymer.records.empty() && bonded(*polymer.records.back(), *all[i], trace))
+      ++polymer.bonded;
+    polymer.records.push_back(all[i]);
   }
   return polymer;
+}
+
+// True where a trace through their CA or P stands for the residues: unknown ones with CA may be
+// beads, which follow one another at one distance; molecules that lie about do not.
+bool is_of_its_kind(const Polymer& polymer, Slot trace) {
+  if (polymer.has_monomers || polymer.told) return true;
+  if (trace != kCa) return false;
+  std::vector<double> lengths;
+  for (std::size_t i = 1; i < polymer.records.size(); ++i) {
+    const AtomSite& before = *polymer.records[i - 1]->atoms[trace];
+    lengths.push_back(norm(polymer.records[i]->atoms[trace]->position - before.position));
+  }
+  return 2 * polymer.bonded + 1 >= polymer.records.size() ||
+         !bonds_vary(lengths, preprocess::median_bond(lengths));
+}
+
+// True where the file has a bond between the first and the last residue.
+bool are_ends_bonded(const Polymer& polymer, const Bonds& bonds) {
+  if (bonds.empty() || polymer.records.size() < 3) return false;
+  const Record& first = *polymer.records.front();
+  const Record& last = *polymer.records.back();
+  for (const AtomSite* a : first.atoms) {
+    for (const AtomSite* b : last.atoms) {
+      if (a == nullptr || b == nullptr || a->serial == 0 || b->serial == 0) continue;
+      if (bonds.contains(std::minmax(a->serial, b->serial))) return true;
+    }
+  }
+  return false;
 }
 
 // Lipids have P atoms as well, so known monomers count for more than numbers.
@@ -171,37 +248,54 @@ bool is_rather(const Polymer& a, const Polymer& b) {
   return a.records.size() > b.records.size();
 }
 
-Chain chain_of(const Strand& strand, const std::string& chosen) {
-  Slot trace = chosen == "P" ? kP : chosen.empty() || chosen == "CA" ? kCa : kChosen;
-  Polymer polymer = polymer_of(strand, trace);
+RawChain chain_of(const Strand& strand, const Model& model, const ChosenAtoms& chosen,
+                  Tracing tracing) {
+  const std::string_view name = chosen.only();
+  Slot trace = name == "P" ? kP : chosen.empty() || name == "CA" ? kCa : kChosen;
+  Polymer polymer = polymer_of(strand, trace, tracing);
   if (chosen.empty()) {
-    Polymer nucleic = polymer_of(strand, kP);
+    Polymer nucleic = polymer_of(strand, kP, tracing);
     if (is_rather(nucleic, polymer)) {
       polymer = std::move(nucleic);
       trace = kP;
     }
+    if (tracing == Tracing::kStrict && !is_of_its_kind(polymer, trace)) return {};
   }
-  Chain chain;
+  RawChain raw;
+  raw.beads = !polymer.has_monomers || chosen.all();
+  raw.ends_bonded = model.bonds != nullptr && are_ends_bonded(polymer, *model.bonds);
+  Chain& chain = raw.chain;
   chain.name = strand.name;
-  for (const Record* record : polymer.records) {
-    const AtomSite& site = *record->atoms[trace];
+  const auto add = [&](const AtomSite& site) {
     chain.points.push_back(site.position);
     chain.residues.push_back({site.number, site.insertion_code, site.residue_name});
+    raw.sequence.push_back(site.sequence);
+    raw.beads = raw.beads && !site.in_polymer;
+  };
+  for (const Record* record : polymer.records) {
+    if (trace != kChosen) {
+      add(*record->atoms[trace]);
+      continue;
+    }
+    for (const AtomSite* site : record->chosen) add(*site);
   }
-  return chain;
+  const auto known = [](const auto& place) { return place.has_value(); };
+  if (std::none_of(raw.sequence.begin(), raw.sequence.end(), known)) raw.sequence.clear();
+  return raw;
 }
 
 }  // namespace
 
-std::vector<Chain> traces_of(const Model& model, const std::string& chosen) {
-  Sorter sorter(chosen);
+std::vector<RawChain> traces_of(const Model& model, const ChosenAtoms& chosen, Tracing tracing) {
+  Sorter sorter(chosen, tracing);
   for (const AtomSite& site : model.atoms) sorter.add(site);
-  std::vector<Chain> chains;
+  std::vector<RawChain> chains;
   for (const Strand& strand : sorter.strands()) {
-    Chain chain = chain_of(strand, chosen);
-    if (chain.points.empty()) continue;
-    chain.model = model.number;
-    chains.push_back(std::move(chain));
+    RawChain raw = chain_of(strand, model, chosen, tracing);
+    if (raw.chain.points.empty()) continue;
+    raw.chain.model = model.number;
+    raw.cell = model.cell;
+    chains.push_back(std::move(raw));
   }
   return chains;
 }

@@ -4,16 +4,24 @@
 #include <string>
 #include <vector>
 
-#include "korvex/chain.hpp"
 #include "read/atom_site.hpp"
+#include "read/raw_chain.hpp"
 
 namespace korvex::read {
+
+// How strictly chains are told apart.
+enum class Tracing {
+  kStrict,
+  // As ChainRead always has: after a TER record only a residue whose label has occurred begins
+  // another chain, and any residues with P or CA make a trace.
+  kLoose,
+};
 
 // The traces of the polymer chains of a model, in the order in which they begin in the file; chains
 // without a trace are left out.
 //
 // A trace has one atom a residue: CA for proteins and P for nucleic acids (the more numerous in the
-// chain), or the atom named `chosen`. Where a residue has several (alternative locations, several
+// chain), or the chosen atoms. Where a residue has several (alternative locations, several
 // residues at one place) it is the one of highest occupancy, the first among equals.
 //
 // A residue belongs to the polymer when
@@ -26,8 +34,13 @@ namespace korvex::read {
 // - it is in ATOM records of a chain that has no amino acid or nucleotide in ATOM records.
 // So modified residues are kept, and ligands, waters and calcium ions are not.
 //
+// A trace through CA needs an amino acid in ATOM records, a polymer that the file tells of, or
+// neighbours that are bonded; one through P needs a nucleotide or such a polymer, since lipids have
+// P atoms as well. A trace through chosen atoms needs none of them; of several names it goes
+// through all such atoms of a residue, in the order of the file.
+//
 // Residues of equal label are one residue, unless an atom without alternative location occurs twice
-// (numbers that wrap in large files); after a TER record such a residue begins another chain.
-std::vector<Chain> traces_of(const Model& model, const std::string& chosen);
+// (numbers that wrap in large files). ATOM records after a TER record begin another chain.
+std::vector<RawChain> traces_of(const Model& model, const ChosenAtoms& chosen, Tracing tracing);
 
 }  // namespace korvex::read

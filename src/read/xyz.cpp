@@ -48,8 +48,35 @@ Layout layout_of(std::string_view comment, const Lines& lines) {
   lines.fail("Properties= names no column `pos:R:3`; write the frame with one");
 }
 
+// What stands in quotes behind `key` in an extended XYZ comment; empty where it is not there.
+std::string_view quoted_after(std::string_view comment, std::string_view key) {
+  const std::size_t found = comment.find(key);
+  if (found == std::string_view::npos) return {};
+  comment.remove_prefix(found + key.size());
+  return comment.substr(0, comment.find('"'));
+}
+
+// Reads `Lattice="ax ay az bx by bz cx cy cz"` and `pbc="T T F"`; no cell where the former is not
+// there or holds other than nine numbers.
+Cell cell_in(std::string_view comment) {
+  std::string_view numbers = quoted_after(comment, "Lattice=\"");
+  std::string_view periodic = quoted_after(comment, "pbc=\"");
+  Cell cell;
+  for (std::size_t edge = 0; edge < 3; ++edge) {
+    std::array<double, 3> xyz{};
+    for (double& value : xyz) {
+      const std::optional<double> number = to_number(take_word(numbers));
+      if (!number) return {};
+      value = *number;
+    }
+    const std::string_view repeats = take_word(periodic);
+    if (repeats.empty() || repeats[0] == 'T') cell.edges.push_back({xyz[0], xyz[1], xyz[2]});
+  }
+  return cell;
+}
+
 // Reads one atom's line; false when it is not the chosen kind.
-bool read_atom(const Lines& lines, const Layout& layout, const std::string& chosen, Chain& chain,
+bool read_atom(const Lines& lines, const Layout& layout, const ChosenAtoms& chosen, Chain& chain,
                std::int32_t number) {
   std::string_view rest = lines.line();
   std::string_view name;
@@ -67,7 +94,7 @@ bool read_atom(const Lines& lines, const Layout& layout, const std::string& chos
   }
   const Point point{coordinate(words[0], 'x', lines), coordinate(words[1], 'y', lines),
                     coordinate(words[2], 'z', lines)};
-  if (!chosen.empty() && name != chosen) return false;
+  if (!chosen.empty() && !chosen.has(name)) return false;
   chain.points.push_back(point);
   chain.residues.push_back({number, ' ', std::string(name)});
   return true;
@@ -78,6 +105,7 @@ bool read_atom(const Lines& lines, const Layout& layout, const std::string& chos
 void parse_xyz(std::string_view text, const std::string& file, const ReadOptions& options,
                const ChainSink& sink) {
   Lines lines(text, file);
+  const ChosenAtoms chosen(options.atoms);
   std::int64_t frame = 0;
   while (lines.next_filled()) {
     const std::optional<std::int32_t> count = to_int32(trimmed(lines.line()));
@@ -88,7 +116,9 @@ void parse_xyz(std::string_view text, const std::string& file, const ReadOptions
     const std::size_t count_line = lines.number();
     const bool has_comment = lines.next();
     const Layout layout = has_comment ? layout_of(lines.line(), lines) : Layout{};
-    Chain chain;
+    RawChain raw;
+    if (has_comment) raw.cell = cell_in(lines.line());
+    Chain& chain = raw.chain;
     chain.model = ++frame;
     for (std::int32_t i = 0; i < *count; ++i) {
       if (!lines.next()) {
@@ -96,9 +126,9 @@ void parse_xyz(std::string_view text, const std::string& file, const ReadOptions
                    std::to_string(*count) + " atoms that line " + std::to_string(count_line) +
                    " announces; it may be cut short: copy it again");
       }
-      read_atom(lines, layout, options.atom, chain, i + 1);
+      read_atom(lines, layout, chosen, chain, i + 1);
     }
-    if (!chain.points.empty()) sink(std::move(chain));
+    if (!chain.points.empty()) sink(std::move(raw));
   }
 }
 

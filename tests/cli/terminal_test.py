@@ -207,7 +207,7 @@ class ReadersThatGoAway(InTemporaryDirectory):
         self.assertEqual(self.left_behind(), [])
 
     def test_standard_error_leaves_no_partial_file(self):
-        gap = str(DATA / "proteins" / "4g6m_fab_merged_gap.pdb")
+        gap = str(DATA / "proteins" / "1ztu.pdb")
         reading, writing = os.pipe()
         os.close(reading)
         result = subprocess.Popen(

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -111,6 +112,40 @@ TEST(ChainRead, XyzGivesItsFirstFrame) {
   ASSERT_EQ(reading.atoms.size(), 2U);
   EXPECT_EQ(reading.atoms[1].x, 1);
   EXPECT_EQ(reading.atoms[1].id, 2);
+}
+
+// The engine's reader is stricter; what ChainRead answers stays.
+std::string atom(int number, const char* name, const char* residue) {
+  char line[96];
+  std::snprintf(line, sizeof line, "ATOM  %5d %s %s  %4d    %8.3f%8.3f%8.3f  1.00  0.00\n", number,
+                name, residue, number, 44.0 * number, 0.0, 0.0);
+  return line;
+}
+
+TEST(ChainRead, GoesOnBehindATerRecordWhereTheNumbersDo) {
+  const Reading reading = read_text(atom(1, " CA ", "ALA") + atom(2, " CA ", "ALA") + "TER\n" +
+                                    atom(3, " CA ", "ALA") + "TER\nEND\n");
+  ASSERT_FALSE(reading.error);
+  ASSERT_EQ(reading.atoms.size(), 3U);
+  EXPECT_EQ(reading.atoms[2].id, 3);
+}
+
+TEST(ChainRead, TracesThePhosphorusOfAnyResidue) {
+  const Reading reading = read_text(atom(1, " P  ", "POP") + atom(2, " P  ", "POP"));
+  ASSERT_FALSE(reading.error);
+  EXPECT_EQ(reading.atoms.size(), 2U);
+}
+
+TEST(ChainRead, LeavesFoldedChainsFoldedButThoseOfLammpsDumps) {
+  const std::string lattice = "Lattice=\"10 0 0 0 10 0 0 0 10\"";
+  const Reading xyz = read_text("4\n" + lattice + "\nC 7 0 0\nC 8 0 0\nC 9 0 0\nC 0 0 0\n");
+  ASSERT_EQ(xyz.atoms.size(), 4U);
+  EXPECT_EQ(xyz.atoms[3].x, 0);
+  const Reading dump = read_text(
+      "ITEM: TIMESTEP\n0\nITEM: NUMBER OF ATOMS\n2\nITEM: BOX BOUNDS pp pp pp\n0 10\n0 10\n0 10\n"
+      "ITEM: ATOMS id x y z\n1 9 0 0\n2 0 0 0\n");
+  ASSERT_EQ(dump.atoms.size(), 2U);
+  EXPECT_EQ(dump.atoms[1].x, 10);
 }
 
 TEST(ChainRead, MalformedPlainTextIsRefused) {

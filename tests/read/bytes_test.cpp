@@ -16,6 +16,8 @@
 
 namespace {
 
+using namespace std::string_literals;
+
 using korvex::Error;
 using korvex::ErrorCode;
 using korvex::Source;
@@ -180,6 +182,47 @@ TEST(Source, MessagesNameIt) {
   const std::string what = complaint(
       ErrorCode::kBadInput, [&] { read_chains(Source::stream(stream, "standard input")); });
   EXPECT_TRUE(contains(what, "standard input:2: expected `id x y z` or `x y z`"));
+}
+
+TEST(Source, SaysWhatIsPackedTwiceOrIsAnArchive) {
+  const auto what = [](const std::string& bytes) {
+    return complaint(ErrorCode::kBadInput,
+                     [&] { korvex::read_chains(korvex::Source::memory(bytes, "x.gz")); });
+  };
+  EXPECT_TRUE(contains(what(gzip(gzip(kText))), "x.gz: is compressed with gzip twice"));
+  std::string tar(1024, '\0');
+  tar.replace(0, 5, "chain");
+  tar.replace(257, 5, "ustar");
+  tar.replace(512, 6, "0 0 0\n");
+  EXPECT_TRUE(contains(what(gzip(tar)), "x.gz: is a tar archive"));
+  EXPECT_TRUE(contains(what("0 0 0\n1 0 "s + '\0' + "0\n"), "x.gz:2: is not text"));
+}
+
+TEST(Source, MayBeginWithAByteOrderMarkAndEndInZeros) {
+  const auto points = [](const std::string& bytes) {
+    return korvex::read_chains(korvex::Source::memory(bytes, "x")).at(0).points;
+  };
+  const auto wanted = points("0 0 0\n1 0 0\n");
+  EXPECT_EQ(points("\xef\xbb\xbf"
+                   "0 0 0\n1 0 0\n"),
+            wanted);
+  EXPECT_EQ(points("0 0 0\n1 0 0\n" + std::string(500, '\0')), wanted);
+  EXPECT_EQ(points("0 0 0\n1 0 0" + std::string(1, '\0')), wanted);
+}
+
+TEST(Source, MayEndItsLinesAsAnySystemDoes) {
+  const auto points = [](const std::string& bytes) {
+    return korvex::read_chains(korvex::Source::memory(bytes, "x")).at(0).points;
+  };
+  const auto wanted = points("0 0 0\n1 0 0\n2 0 0\n");
+  for (const char* text : {"0 0 0\r1 0 0\r2 0 0\r", "0 0 0\r1 0 0\r2 0 0\n",
+                           "0 0 0\r\n1 0 0\r\n2 0 0\r\n", "0 0 0\r\r\n1 0 0\r\r\n2 0 0"}) {
+    EXPECT_EQ(points(text), wanted) << text;
+  }
+  const std::string what = complaint(ErrorCode::kBadInput, [] {
+    korvex::read_chains(korvex::Source::memory("0 0 0\r1 0 0\rx 0 0\n", "x"));
+  });
+  EXPECT_TRUE(contains(what, "x:3: ")) << what;
 }
 
 }  // namespace

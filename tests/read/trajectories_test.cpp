@@ -34,7 +34,7 @@ TEST(ReadXyz, EveryFrameIsAChain) {
 }
 
 TEST(ReadXyz, AtomsMayBeChosenByElement) {
-  EXPECT_EQ(numbers(chain("3\n\nC 0 0 0\nO 1 0 0\nC 2 0 0\n", {.atom = "C"})), Numbers({1, 3}));
+  EXPECT_EQ(numbers(chain("3\n\nC 0 0 0\nO 1 0 0\nC 2 0 0\n", {.atoms = {"C"}})), Numbers({1, 3}));
 }
 
 TEST(ReadXyz, ExtendedFilesSayWhereThePositionsAre) {
@@ -75,15 +75,15 @@ TEST(ReadLammps, MoleculesAreChains) {
 }
 
 TEST(ReadLammps, AtomsMayBeChosenByType) {
-  EXPECT_EQ(
-      numbers(chain(dump("id type x y z", "1 1 1 0 0\n2 2 2 0 0\n3 1 3 0 0\n", 3), {.atom = "1"})),
-      Numbers({1, 3}));
+  EXPECT_EQ(numbers(chain(dump("id type x y z", "1 1 1 0 0\n2 2 2 0 0\n3 1 3 0 0\n", 3),
+                          {.atoms = {"1"}})),
+            Numbers({1, 3}));
 }
 
 TEST(ReadLammps, UnwrappedPositionsArePreferred) {
   const Chain read = chain(dump("id x y z xu yu zu", "1 9 0 0 9 0 0\n2 1 0 0 11 0 0\n", 2));
   EXPECT_EQ(read.points[1].x, 11);
-  EXPECT_TRUE(read.warnings.empty());
+  EXPECT_EQ(read.mended, 0U);
 }
 
 TEST(ReadLammps, ImagesUnwrapPositions) {
@@ -110,8 +110,10 @@ TEST(ReadLammps, WrappedChainsAreMadeWhole) {
   expect_near(read.points[0], {9, 19, 0});
   expect_near(read.points[1], {10, 19.5, -1});
   expect_near(read.points[2], {11, 20.5, -2});
-  ASSERT_EQ(read.warnings.size(), 1U);
-  EXPECT_TRUE(contains(read.warnings[0], "2 atoms in frame 1 were moved to the periodic image"));
+  EXPECT_EQ(read.mended, 2U);
+  const Chain left = chain(dump("id x y z", "1 9 19 0\n2 0 19.5 39\n", 2), {.unwrap = false});
+  expect_near(left.points[1], {0, 19.5, 39});
+  EXPECT_EQ(left.mended, 0U);
 }
 
 TEST(ReadLammps, ChainsStayBrokenWhereTheBoxHasWalls) {
@@ -169,6 +171,26 @@ TEST(ReadGro, EveryFrameIsAModel) {
   const std::vector<Chain> read = chains(std::string(kGro) + kGro + "\n");
   ASSERT_EQ(read.size(), 4U);
   EXPECT_EQ(read[3].model, 2);
+}
+
+TEST(ReadGro, BoxesMayBeWrittenWithoutBlanks) {
+  const std::string atoms = "title\n1\n    1ALA     CA    2   0.100   0.200   0.300\n";
+  EXPECT_EQ(chain(atoms + "1234.567891234.567891234.56789\n").points.size(), 1U);
+  EXPECT_EQ(chain(atoms + " 123.45678 123.45678 123.45678   0.00000   0.00000-100.00000   0.00000"
+                          "-100.00000-100.00000\n")
+                .points.size(),
+            1U);
+  EXPECT_TRUE(contains(complaint(atoms + "1234.567891234.56789\n"), "text:4: expected the 3 or 9"));
+  EXPECT_TRUE(contains(complaint(atoms + "1 2 x\n"), "text:4: expected the 3 or 9"));
+}
+
+TEST(ReadGro, CoordinatesOutsideTheirColumnsAreRefusedWithTheLine) {
+  const auto what = [](const std::string& coordinates) {
+    return complaint("title\n1\n    1ALA     CA    2" + coordinates + "\n   1.0   1.0   1.0\n");
+  };
+  EXPECT_TRUE(contains(what("    0.100   0.200   0.300"), "text:3: "));
+  EXPECT_TRUE(contains(what("   0.100   0.200    0.300"), "text:3: "));
+  EXPECT_TRUE(contains(what("   0.1 0.2 0.3"), "text:3: "));
 }
 
 TEST(ReadGro, CutFilesAreNamed) {
