@@ -10,7 +10,7 @@
 
 #include "comparison.hpp"
 #include "engine/invariants/of_codes.hpp"
-#include "engine/projection/triangle_elimination.hpp"
+#include "geometry/triangle_elimination.hpp"
 #include "korvex/diagram.hpp"
 #include "korvex/directions.hpp"
 #include "random_rings.hpp"

@@ -3,7 +3,7 @@
 #include <numbers>
 #include <optional>
 
-#include "preprocess/vec3.hpp"
+#include "preprocess/points.hpp"
 
 namespace preprocess {
 namespace {
@@ -29,24 +29,24 @@ constexpr double kResolution = 1e-13;
 // Sine of the angle below which three points count as collinear.
 constexpr double kCollinear = 1e-9;
 
-Vec3 unit(Vec3 a) {
+Point unit(Point a) {
   const double size = length(a);
   return {a.x / size, a.y / size, a.z / size};
 }
 
 // A direction without any relation to the axes of a lattice.
-Vec3 generic_direction() { return unit({std::sqrt(2.0), -std::sqrt(3.0), std::sqrt(5.0)}); }
+Point generic_direction() { return unit({std::sqrt(2.0), -std::sqrt(3.0), std::sqrt(5.0)}); }
 
 // A unit vector at a right angle to the unit vector a.
-Vec3 perpendicular(Vec3 a) {
-  const Vec3 other = generic_direction();
-  const Vec3 normal = cross(a, other);
+Point perpendicular(Point a) {
+  const Point other = generic_direction();
+  const Point normal = cross(a, other);
   return unit(length(normal) > 0.1 ? normal : cross(a, {other.y, other.z, other.x}));
 }
 
 // The unit vector at a right angle to the unit vector a on the side of the unit vector b.
-Vec3 side_towards(Vec3 a, Vec3 b) {
-  const Vec3 side = b - dot(a, b) * a;
+Point side_towards(Point a, Point b) {
+  const Point side = b - dot(a, b) * a;
   return length(side) > 1e-12 ? unit(side) : perpendicular(a);
 }
 
@@ -54,24 +54,24 @@ Vec3 side_towards(Vec3 a, Vec3 b) {
 double uniform() { return (std::rand() + 0.5) / (RAND_MAX + 1.0); }
 
 // Uniform on the unit sphere, two draws: by Archimedes, the height is uniform.
-Vec3 uniform_direction() {
+Point uniform_direction() {
   const double height = 2 * uniform() - 1;
   const double angle = 2 * std::numbers::pi * uniform();
   const double radius = std::sqrt(1 - height * height);
   return {radius * std::cos(angle), radius * std::sin(angle), height};
 }
 
-double angle_between(Vec3 a, Vec3 b) { return std::atan2(length(cross(a, b)), dot(a, b)); }
+double angle_between(Point a, Point b) { return std::atan2(length(cross(a, b)), dot(a, b)); }
 
 // The chain's centroid and the greatest distance of an atom from it.
 struct Ball {
-  Vec3 centre;
+  Point centre;
   double radius;
 };
 
 Ball ball_of(const std::vector<ChainAtom>& chain) {
-  const Vec3 origin = position(chain.front());
-  Vec3 sum{0, 0, 0};
+  const Point origin = position(chain.front());
+  Point sum{0, 0, 0};
   for (const ChainAtom& atom : chain) sum = sum + (position(atom) - origin);
   Ball ball{origin + (1 / static_cast<double>(chain.size())) * sum, 0};
   for (const ChainAtom& atom : chain) {
@@ -82,9 +82,9 @@ Ball ball_of(const std::vector<ChainAtom>& chain) {
 
 // Adds points after the chain's last atom. Leaves the chain alone when one of them is beyond the
 // range of the numbers.
-int append(std::vector<ChainAtom>& chain, const std::vector<Vec3>& points) {
+int append(std::vector<ChainAtom>& chain, const std::vector<Point>& points) {
   if (!std::all_of(points.begin(), points.end(), is_finite)) return kImpossible;
-  for (const Vec3& point : points) chain.push_back({point.x, point.y, point.z, 0});
+  for (const Point& point : points) chain.push_back({point.x, point.y, point.z, 0});
   return kClosed;
 }
 
@@ -99,7 +99,7 @@ std::optional<int> settle(const std::vector<ChainAtom>& chain, double factor, Ba
   const double room = kRoom * factor * ball.radius;
   const bool in_range = std::isnormal(ball.radius) && std::isfinite(room);
   if (!is_finite(ball.centre) || !in_range) return kImpossible;
-  const Vec3& c = ball.centre;
+  const Point& c = ball.centre;
   const double offset = std::max({std::fabs(c.x), std::fabs(c.y), std::fabs(c.z)});
   if (ball.radius < kResolution * offset) return kImpossible;
   return std::nullopt;
@@ -108,11 +108,11 @@ std::optional<int> settle(const std::vector<ChainAtom>& chain, double factor, Ba
 // Points of the great-circle arc from `from` to `to`, unit vectors, both included; which of the
 // great circles, where they are opposite, is fixed. The chords of the arc at radius `factor` stay
 // outside the sphere halfway between that one and the unit sphere.
-std::vector<Vec3> arc(Vec3 from, Vec3 to, double factor) {
+std::vector<Point> arc(Point from, Point to, double factor) {
   const double angle = angle_between(from, to);
   const double longest_step = 2 * std::acos((1 + 1 / factor) / 2);
-  const Vec3 side = side_towards(from, to);
-  std::vector<Vec3> points{from};
+  const Point side = side_towards(from, to);
+  std::vector<Point> points{from};
   const double steps = std::ceil(angle / longest_step);
   for (double k = 1; k < steps; ++k) {
     const double turned = angle * k / steps;
@@ -122,15 +122,15 @@ std::vector<Vec3> arc(Vec3 from, Vec3 to, double factor) {
   return points;
 }
 
-std::vector<Vec3> on_sphere(const Ball& ball, double factor, std::vector<Vec3> directions) {
+std::vector<Point> on_sphere(const Ball& ball, double factor, std::vector<Point> directions) {
   const double reach = factor * ball.radius;
-  for (Vec3& point : directions) point = ball.centre + reach * point;
+  for (Point& point : directions) point = ball.centre + reach * point;
   return directions;
 }
 
 // The way out of the ball through a point of it; a fixed one from the centre.
-Vec3 way_out(const Ball& ball, Vec3 from) {
-  const Vec3 offset = from - ball.centre;
+Point way_out(const Ball& ball, Point from) {
+  const Point offset = from - ball.centre;
   return length(offset) > 0 ? unit(offset) : generic_direction();
 }
 
@@ -141,8 +141,8 @@ int CloseChain_OUT(std::vector<ChainAtom>& chain, double factor) {
   using namespace preprocess;
   Ball ball{};
   if (const auto answer = settle(chain, factor, ball)) return *answer;
-  const Vec3 first = way_out(ball, position(chain.front()));
-  Vec3 last = way_out(ball, position(chain.back()));
+  const Point first = way_out(ball, position(chain.front()));
+  Point last = way_out(ball, position(chain.back()));
   if (angle_between(first, last) < kSameDirection) {
     last = std::cos(kFork) * first + std::sin(kFork) * side_towards(first, last);
   }
@@ -153,8 +153,8 @@ int CloseChain_2points(std::vector<ChainAtom>& chain, double factor) {
   using namespace preprocess;
   Ball ball{};
   if (const auto answer = settle(chain, factor, ball)) return *answer;
-  const Vec3 last = uniform_direction();
-  const Vec3 first = uniform_direction();
+  const Point last = uniform_direction();
+  const Point first = uniform_direction();
   const double angle = angle_between(last, first);
   if (angle < kSameDirection || angle > std::numbers::pi - kSameDirection) return kTryAgain;
   return append(chain, on_sphere(ball, factor, arc(last, first, factor)));
@@ -164,8 +164,8 @@ int CloseChain_1point(std::vector<ChainAtom>& chain, double factor) {
   using namespace preprocess;
   Ball ball{};
   if (const auto answer = settle(chain, factor, ball)) return *answer;
-  const Vec3 point = ball.centre + factor * ball.radius * uniform_direction();
-  const Vec3 between_ends = position(chain.front()) - position(chain.back());
+  const Point point = ball.centre + factor * ball.radius * uniform_direction();
+  const Point between_ends = position(chain.front()) - position(chain.back());
   const double angle = angle_between(unit(between_ends), unit(point - position(chain.back())));
   if (!(std::sin(angle) > kCollinear)) return kTryAgain;
   return append(chain, {point});
@@ -175,13 +175,13 @@ int CloseChain_1direction(std::vector<ChainAtom>& chain) {
   using namespace preprocess;
   Ball ball{};
   if (const auto answer = settle(chain, kRayReach, ball)) return *answer;
-  const Vec3 direction = uniform_direction();
-  const Vec3 first = position(chain.front());
-  const Vec3 last = position(chain.back());
+  const Point direction = uniform_direction();
+  const Point first = position(chain.front());
+  const Point last = position(chain.back());
   const double angle = angle_between(unit(first - last), direction);
   if (!(std::sin(angle) > kCollinear)) return kTryAgain;
   const double height = kRayReach * ball.radius;
-  const auto carried = [&](Vec3 end) {
+  const auto carried = [&](Point end) {
     return end + (height - dot(end - ball.centre, direction)) * direction;
   };
   return append(chain, {carried(last), carried(first)});

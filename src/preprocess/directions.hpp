@@ -3,7 +3,7 @@
 
 #include <array>
 
-#include "preprocess/vec3.hpp"
+#include "preprocess/points.hpp"
 
 namespace preprocess {
 
@@ -12,9 +12,9 @@ inline constexpr int kDirections = 60;
 // An orthonormal right-handed frame: `right` and `up` span the plane of projection, `viewer` points
 // from the plane to the viewer.
 struct ViewFrame {
-  Vec3 right;
-  Vec3 up;
-  Vec3 viewer;
+  Point right;
+  Point up;
+  Point viewer;
 };
 
 // The frames of the 60 directions: the vertices of a truncated icosahedron, turned by one fixed

@@ -5,7 +5,7 @@
 namespace preprocess {
 namespace {
 
-Vec3 unit(Vec3 a) { return (1.0 / std::sqrt(dot(a, a))) * a; }
+Point unit(Point a) { return (1.0 / std::sqrt(dot(a, a))) * a; }
 
 // A rotation by the unit quaternion w + xi + yj + zk.
 class Rotation {
@@ -17,10 +17,10 @@ class Rotation {
     rows_[2] = {scale * (x * z - w * y), scale * (y * z + w * x), 1 - scale * (x * x + y * y)};
   }
 
-  Vec3 operator()(Vec3 a) const { return {dot(rows_[0], a), dot(rows_[1], a), dot(rows_[2], a)}; }
+  Point operator()(Point a) const { return {dot(rows_[0], a), dot(rows_[1], a), dot(rows_[2], a)}; }
 
  private:
-  std::array<Vec3, 3> rows_;
+  std::array<Point, 3> rows_;
 };
 
 // Seen along d, two steps a and b of a lattice fall on one line when (a x b) . d = 0, and a x b is
@@ -37,21 +37,22 @@ Rotation generic_rotation() {
 // One of each antipodal pair of vertices of the truncated icosahedron, the one whose first
 // coordinate that is not 0 is positive: the cyclic permutations of (0, 1, 3 phi),
 // (1, 2 + phi, 2 phi) and (phi, 2, 2 phi + 1) with the signs that this leaves.
-std::array<Vec3, kDirections / 2> half_of_truncated_icosahedron() {
+std::array<Point, kDirections / 2> half_of_truncated_icosahedron() {
   const double phi = (1 + std::sqrt(5.0)) / 2;
-  std::array<Vec3, kDirections / 2> half{};
+  std::array<Point, kDirections / 2> half{};
   std::size_t count = 0;
-  const auto add = [&](Vec3 v) {
+  const auto add = [&](Point v) {
     const double first = v.x != 0 ? v.x : v.y;
     if (first > 0) half[count++] = v;
   };
-  const std::array<Vec3, 3> corners{
+  const std::array<Point, 3> corners{
       {{0, 1, 3 * phi}, {1, 2 + phi, 2 * phi}, {phi, 2, 2 * phi + 1}}};
-  for (const Vec3& corner : corners) {
+  for (const Point& corner : corners) {
     for (int signs = 0; signs < 8; ++signs) {
       if (corner.x == 0 && (signs & 1) != 0) continue;
-      const Vec3 v{(signs & 1) != 0 ? -corner.x : corner.x, (signs & 2) != 0 ? -corner.y : corner.y,
-                   (signs & 4) != 0 ? -corner.z : corner.z};
+      const Point v{(signs & 1) != 0 ? -corner.x : corner.x,
+                    (signs & 2) != 0 ? -corner.y : corner.y,
+                    (signs & 4) != 0 ? -corner.z : corner.z};
       add(v);
       add({v.y, v.z, v.x});
       add({v.z, v.x, v.y});
@@ -62,15 +63,15 @@ std::array<Vec3, kDirections / 2> half_of_truncated_icosahedron() {
 
 // Any right-handed frame would do; this one is made from the coordinate axis that lies furthest
 // from the viewer's direction.
-ViewFrame frame_towards(Vec3 viewer) {
-  const Vec3 size{std::fabs(viewer.x), std::fabs(viewer.y), std::fabs(viewer.z)};
-  Vec3 axis{0, 0, 1};
+ViewFrame frame_towards(Point viewer) {
+  const Point size{std::fabs(viewer.x), std::fabs(viewer.y), std::fabs(viewer.z)};
+  Point axis{0, 0, 1};
   if (size.x <= size.y && size.x <= size.z) {
     axis = {1, 0, 0};
   } else if (size.y <= size.z) {
     axis = {0, 1, 0};
   }
-  const Vec3 right = unit(cross(axis, viewer));
+  const Point right = unit(cross(axis, viewer));
   return {right, cross(viewer, right), viewer};
 }
 
@@ -79,15 +80,15 @@ std::array<ViewFrame, kDirections> make_view_frames() {
   const auto half = half_of_truncated_icosahedron();
   std::array<ViewFrame, kDirections> frames{};
   for (std::size_t k = 0; k < half.size(); ++k) {
-    const Vec3 viewer = unit(rotation(half[k]));
+    const Point viewer = unit(rotation(half[k]));
     frames[k] = frame_towards(viewer);
     frames[half.size() + k] = frame_towards(-1.0 * viewer);
   }
   return frames;
 }
 
-Vec3 seen_in(const ViewFrame& frame, const ChainAtom& atom) {
-  const Vec3 p = position(atom);
+Point seen_in(const ViewFrame& frame, const ChainAtom& atom) {
+  const Point p = position(atom);
   return {dot(frame.right, p), dot(frame.up, p), dot(frame.viewer, p)};
 }
 
@@ -110,9 +111,9 @@ std::vector<Edge> ProjectChain(const std::vector<ChainAtom>& chain, int directio
   const preprocess::ViewFrame& frame = preprocess::view_frames()[place];
   const std::size_t count = closed ? atoms : atoms - 1;
   edges.resize(count);
-  preprocess::Vec3 from = preprocess::seen_in(frame, chain[0]);
+  korvex::Point from = preprocess::seen_in(frame, chain[0]);
   for (std::size_t k = 0; k < count; ++k) {
-    const preprocess::Vec3 to = preprocess::seen_in(frame, chain[k + 1 < atoms ? k + 1 : 0]);
+    const korvex::Point to = preprocess::seen_in(frame, chain[k + 1 < atoms ? k + 1 : 0]);
     Edge& edge = edges[k];
     edge.x1 = from.x;
     edge.y1 = from.y;

@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "engine/projection/projection.hpp"
-#include "engine/projection/triangle_elimination.hpp"
 #include "engine/random_chains.hpp"
 #include "korvex/alexander.hpp"
 #include "korvex/catalogue.hpp"
@@ -131,8 +130,6 @@ TEST(LongLoops, StopWhenAsked) {
   const korvex::Run stopped{.stop = source.get_token()};
   const auto ring = random_ring(1, 200);
   EXPECT_THROW(examine_ring(ring, stopped), Error);
-  EXPECT_THROW(eliminate_ring(ring, stopped), Error);
-  EXPECT_THROW(eliminate_open(ring, {}, stopped), Error);
   EXPECT_THROW(general_view(ring, {0, 0, 1}, Curve::kClosed, stopped), Error);
   try {
     examine_ring(ring, stopped);

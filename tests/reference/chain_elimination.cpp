@@ -2,23 +2,24 @@
 #include <numeric>
 #include <tuple>
 
-#include "preprocess/contact.hpp"
+#include "geometry/predicates.hpp"
+#include "preprocess/points.hpp"
 #include "reference/preprocess.hpp"
 
 namespace reference {
 namespace {
 
-using preprocess::Bend;
-using preprocess::Triangle;
-using preprocess::Vec3;
+using korvex::Bend;
+using korvex::Point;
+using korvex::Triangle;
 
-std::vector<Vec3> positions_below_one(const std::vector<ChainAtom>& chain) {
+std::vector<Point> positions_below_one(const std::vector<ChainAtom>& chain) {
   double largest = 0;
   for (const ChainAtom& a : chain) {
     largest = std::max({largest, std::fabs(a.x), std::fabs(a.y), std::fabs(a.z)});
   }
   const int exponent = largest > 0 ? std::max(std::ilogb(largest) + 1, -1000) : 0;
-  std::vector<Vec3> points;
+  std::vector<Point> points;
   for (const ChainAtom& a : chain) {
     points.push_back(
         {std::ldexp(a.x, -exponent), std::ldexp(a.y, -exponent), std::ldexp(a.z, -exponent)});
@@ -28,7 +29,7 @@ std::vector<Vec3> positions_below_one(const std::vector<ChainAtom>& chain) {
 
 // The points that are left, by their first numbers, in chain order.
 struct Polygon {
-  std::vector<Vec3> points;
+  std::vector<Point> points;
   std::vector<std::size_t> numbers;
   bool closed;
 
@@ -47,7 +48,7 @@ bool removable(const Polygon& polygon, std::size_t k) {
   const Bend bend = bend_at(t);
   if (bend == Bend::kStraight) return true;
   bool reaches_before = true, reaches_after = true;
-  Vec3 third_from_before = t.after, third_from_after = t.before;
+  Point third_from_before = t.after, third_from_after = t.before;
   if (bend == Bend::kSpike) {
     third_from_before = third_from_after = t.tip;
     if (t.before == t.after) {
@@ -62,7 +63,7 @@ bool removable(const Polygon& polygon, std::size_t k) {
   const std::size_t edges = polygon.closed ? polygon.size() : polygon.size() - 1;
   for (std::size_t from = 0; from < edges; ++from) {
     const std::size_t to = polygon.after(from);
-    const Vec3 start = polygon.points[from], end = polygon.points[to];
+    const Point start = polygon.points[from], end = polygon.points[to];
     if (from == before || from == k) continue;
     bool clear = false;
     if (from == after && reaches_after) {
@@ -82,8 +83,8 @@ std::vector<std::size_t> order_of_removal(const Polygon& polygon) {
   std::vector<std::tuple<double, double, double, double, std::size_t, std::size_t>> keys;
   for (std::size_t k = 0; k < polygon.size(); ++k) {
     if (polygon.is_end(k)) continue;
-    const Vec3 base = polygon.points[polygon.after(k)] - polygon.points[polygon.before(k)];
-    const Vec3 p = polygon.points[k];
+    const Point base = polygon.points[polygon.after(k)] - polygon.points[polygon.before(k)];
+    const Point p = polygon.points[k];
     keys.emplace_back(dot(base, base), p.x, p.y, p.z, polygon.numbers[k], k);
   }
   std::sort(keys.begin(), keys.end());

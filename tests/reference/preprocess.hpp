@@ -1,6 +1,6 @@
 // The plain forms of libpreprocess's functions that have faster ones: the oracle that the fast
 // forms must equal bit for bit. Arguments and results are those of the functions of the same names
-// in preprocess.h. The certificates of preprocess/contact.hpp are shared: their own tests hold
+// in preprocess.h. The certificates of geometry/predicates.hpp are shared: their own tests hold
 // them.
 #pragma once
 

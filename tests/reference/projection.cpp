@@ -10,8 +10,8 @@ std::vector<Edge> ProjectChain(const std::vector<ChainAtom>& chain, int directio
   if (chain.size() < 2) return edges;
   const std::size_t count = closed ? chain.size() : chain.size() - 1;
   for (std::size_t k = 0; k < count; ++k) {
-    const preprocess::Vec3 a = preprocess::position(chain[k]);
-    const preprocess::Vec3 b = preprocess::position(chain[(k + 1) % chain.size()]);
+    const korvex::Point a = preprocess::position(chain[k]);
+    const korvex::Point b = preprocess::position(chain[(k + 1) % chain.size()]);
     Edge edge;
     edge.x1 = dot(frame.right, a);
     edge.y1 = dot(frame.up, a);

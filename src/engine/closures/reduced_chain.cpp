@@ -2,7 +2,8 @@
 
 #include <cstdint>
 
-#include "engine/projection/triangle_elimination.hpp"
+#include "engine/run/parallel.hpp"
+#include "geometry/triangle_elimination.hpp"
 #include "geometry/unit_scale.hpp"
 
 namespace korvex {
@@ -18,7 +19,7 @@ std::vector<Point> reduced_for(std::span<const Ends> ends, std::span<const Point
     rays.push_back({chain.back(), chain.back() + away * directions.last});
   }
   std::vector<Point> chosen;
-  for (const std::int32_t index : eliminate_open(chain, rays, run))
+  for (const std::int32_t index : eliminate_open(chain, rays, [&run] { throw_if_cancelled(run); }))
     chosen.push_back(chain[static_cast<std::size_t>(index)]);
   return chosen;
 }

@@ -5,7 +5,8 @@
 #include "engine/diagram/code_reduction.hpp"
 #include "engine/diagram/pass_moves.hpp"
 #include "engine/projection/projection.hpp"
-#include "engine/projection/triangle_elimination.hpp"
+#include "engine/run/parallel.hpp"
+#include "geometry/triangle_elimination.hpp"
 #include "korvex/alexander.hpp"
 #include "korvex/directions.hpp"
 
@@ -36,7 +37,7 @@ RingReport examine_ring(std::span<const Point> points, const Run& run) {
     direction = whole.direction;
     done(0.1);
     const std::span<const Point> seen = whole.chain(points);
-    for (const std::int32_t index : eliminate_ring(seen, run))
+    for (const std::int32_t index : eliminate_ring(seen, [&run] { throw_if_cancelled(run); }))
       left.push_back(seen[static_cast<std::size_t>(index)]);
   }
   report.points_left = left.size();

@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "engine/run/parallel.hpp"
+#include "geometry/predicates.hpp"
 #include "geometry/unit_scale.hpp"
 
 namespace korvex {
@@ -24,28 +25,6 @@ std::array<Point, 2> frame_about(const Point& up) {
   const double b = up.x * up.y * a;
   return {Point{1 + sign * up.x * up.x * a, sign * b, -sign * up.x},
           Point{b, sign + up.y * up.y * a, -up.y}};
-}
-
-// A number and a bound on what rounding did to it.
-struct Area {
-  double value;
-  double error;
-
-  bool clear() const { return std::abs(value) > error; }
-};
-
-bool clearly_same_side(const Area& a, const Area& b) {
-  return (a.value > a.error && b.value > b.error) || (a.value < -a.error && b.value < -b.error);
-}
-
-// Twice the area of the triangle (p, q, r), positive when it turns counter-clockwise. The vertices
-// count as exact: the view is that of the chain they make. (The bound is that of J. R. Shewchuk,
-// Discrete Comput. Geom. 18, 305 (1997), rounded up.)
-template <typename Vertex>
-Area area(const Vertex& p, const Vertex& q, const Vertex& r) {
-  const double left = (q.x - p.x) * (r.y - p.y);
-  const double right = (q.y - p.y) * (r.x - p.x);
-  return {left - right, 2 * kEpsilon * (std::abs(left) + std::abs(right))};
 }
 
 }  // namespace
@@ -122,19 +101,19 @@ bool Projection::find_meetings(const Segment& with, std::size_t second, Range ot
 }
 
 Projection::Pair Projection::test(const Segment& a, const Segment& b, Meeting& meeting) {
-  const Area a_begin = area(b.from, b.to, a.from);
-  const Area a_end = area(b.from, b.to, a.to);
+  const Turn a_begin = turn(b.from, b.to, a.from);
+  const Turn a_end = turn(b.from, b.to, a.to);
   if (clearly_same_side(a_begin, a_end)) return Pair::kApart;
-  const Area b_begin = area(a.from, a.to, b.from);
-  const Area b_end = area(a.from, a.to, b.to);
+  const Turn b_begin = turn(a.from, a.to, b.from);
+  const Turn b_end = turn(a.from, a.to, b.to);
   if (clearly_same_side(b_begin, b_end)) return Pair::kApart;
   if (!(a_begin.clear() && a_end.clear() && b_begin.clear() && b_end.clear()))
     return Pair::kDegenerate;
-  const double turn = a_begin.value - a_end.value;  // of a onto b
-  meeting.at_first = a_begin.value / turn;
+  const double whole_turn = a_begin.value - a_end.value;  // of a onto b
+  meeting.at_first = a_begin.value / whole_turn;
   meeting.at_second = b_begin.value / (b_begin.value - b_end.value);
   const double error = a_begin.error + a_end.error + b_begin.error + b_end.error;
-  meeting.error = 2 * error / std::abs(turn) + 4 * kEpsilon;
+  meeting.error = 2 * error / std::abs(whole_turn) + 4 * kEpsilon;
   const double a_rise = a.to.height - a.from.height;
   const double b_rise = b.to.height - b.from.height;
   const double a_height = a.from.height + meeting.at_first * a_rise;
@@ -143,7 +122,7 @@ Projection::Pair Projection::test(const Segment& a, const Segment& b, Meeting& m
                        (meeting.error + 2 * kEpsilon) * (std::abs(a_rise) + std::abs(b_rise));
   if (!(std::abs(a_height - b_height) > doubt)) return Pair::kDegenerate;
   meeting.first_over = a_height > b_height;
-  meeting.positive = meeting.first_over == (turn > 0);
+  meeting.positive = meeting.first_over == (whole_turn > 0);
   return Pair::kCross;
 }
 

@@ -1,19 +1,19 @@
-#include "preprocess/contact.hpp"
+#include "geometry/predicates.hpp"
 
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cmath>
 
 #include "support/chains.hpp"
 
 namespace {
 
-using preprocess::Bend;
-using preprocess::bend_at;
-using preprocess::certainly_apart;
-using preprocess::certainly_leaves;
-using preprocess::Triangle;
-using preprocess::Vec3;
+using korvex::Bend;
+using korvex::bend_at;
+using korvex::certainly_apart;
+using korvex::certainly_leaves;
+using korvex::Triangle;
 
 // Exact arithmetic on small integers, by another method than the code's: two convex sets meet when
 // the origin lies in the hull of the differences of their corners, that is, in the hull of four of
@@ -89,7 +89,7 @@ Point random_point(support::Random& random, int size) {
 }
 
 // A fixed offset and a power of two keep every difference of small integers exact.
-Vec3 placed(Point p, double unit, double offset) {
+korvex::Point placed(Point p, double unit, double offset) {
   return {offset + unit * static_cast<double>(p.x), offset + unit * static_cast<double>(p.y),
           offset + unit * static_cast<double>(p.z)};
 }
@@ -150,11 +150,11 @@ TEST(CertainlyApart, TakesTouchingForMeeting) {
 TEST(CertainlyApart, DoesNotDependOnTheOrderOfCornersAndEnds) {
   support::Random random(13);
   const auto near_plane = [&] {
-    return Vec3{random.uniform(), random.uniform(), 1e-16 * random.uniform()};
+    return korvex::Point{random.uniform(), random.uniform(), 1e-16 * random.uniform()};
   };
   for (int trial = 0; trial < 20000; ++trial) {
     const Triangle t{near_plane(), near_plane(), near_plane()};
-    const Vec3 from = near_plane(), to = near_plane();
+    const korvex::Point from = near_plane(), to = near_plane();
     const bool apart = certainly_apart(t, from, to);
     EXPECT_EQ(certainly_apart(t, to, from), apart);
     EXPECT_EQ(certainly_apart({t.after, t.tip, t.before}, from, to), apart);
@@ -169,18 +169,18 @@ TEST(CertainlyApart, LeavesOpenWhatRoundingDecides) {
   int certified = 0;
   for (int trial = 0; trial < 20000; ++trial) {
     const auto any = [&] {
-      return Vec3{random.uniform() - 0.5, random.uniform() - 0.5, random.uniform() - 0.5};
+      return korvex::Point{random.uniform() - 0.5, random.uniform() - 0.5, random.uniform() - 0.5};
     };
     const Triangle t{any(), {0, 0, 0}, any()};
     const double u = random.uniform(), v = (1 - u) * random.uniform();
-    const Vec3 inside = u * t.before + v * t.after;
+    const korvex::Point inside = u * t.before + v * t.after;
     if (certainly_apart(t, inside, inside + cross(t.before, t.after))) ++certified;
   }
   EXPECT_EQ(certified, 0);
 }
 
 TEST(BendAt, TellsStraightFromSpikeExactly) {
-  const Vec3 a{0.125, 0.25, 0.5}, b{0.25, 0.5, 0.5}, c{0.5, 1.0, 0.5};
+  const korvex::Point a{0.125, 0.25, 0.5}, b{0.25, 0.5, 0.5}, c{0.5, 1.0, 0.5};
   EXPECT_EQ(bend_at({a, b, c}), Bend::kStraight);
   EXPECT_EQ(bend_at({c, b, a}), Bend::kStraight);
   EXPECT_EQ(bend_at({a, c, b}), Bend::kSpike);
@@ -196,16 +196,146 @@ TEST(BendAt, TellsStraightFromSpikeExactly) {
 TEST(BendAt, IsNotFooledByRounding) {
   support::Random random(15);
   for (int trial = 0; trial < 5000; ++trial) {
-    const auto any = [&] { return Vec3{random.uniform(), random.uniform(), random.uniform()}; };
-    const Vec3 a = any(), c = any();
-    const Vec3 middle = a + random.uniform() * (c - a);
-    const Vec3 leg1 = a - middle, leg2 = c - middle;
+    const auto any = [&] {
+      return korvex::Point{random.uniform(), random.uniform(), random.uniform()};
+    };
+    const korvex::Point a = any(), c = any();
+    const korvex::Point middle = a + random.uniform() * (c - a);
+    const korvex::Point leg1 = a - middle, leg2 = c - middle;
     const long double z = static_cast<long double>(leg1.x) * static_cast<long double>(leg2.y) -
                           static_cast<long double>(leg1.y) * static_cast<long double>(leg2.x);
     if (z != 0) {
       EXPECT_EQ(bend_at({a, middle, c}), Bend::kProper);
     }
   }
+}
+
+korvex::Point random_place(support::Random& random, double size) {
+  return {size * (random.uniform() - 0.5), size * (random.uniform() - 0.5),
+          size * (random.uniform() - 0.5)};
+}
+
+// Edges that all but lie in the plane of the triangle: the answers differ, and one way alone.
+TEST(TrianglePlane, IsClearlyLeftOnlyWhereTheEdgeCertainlyLeaves) {
+  support::Random random(16);
+  int clear = 0, certain = 0;
+  for (int trial = 0; trial < 60000; ++trial) {
+    const double size = trial % 7 == 0 ? 1e-150 : 1;
+    const Triangle t{random_place(random, size), random_place(random, size),
+                     random_place(random, size)};
+    const double height = std::ldexp(size, -(trial % 60));
+    const korvex::Point to = t.after + random.uniform() * (t.tip - t.before) +
+                             random.uniform() * (t.after - t.before) +
+                             height * random_place(random, 1);
+    const korvex::TrianglePlane plane(t);
+    const bool leaves_after = certainly_leaves(t.after, t.tip, t.before, to);
+    if (plane.clearly_off(t.after, to)) {
+      ASSERT_TRUE(leaves_after) << trial;
+      ++clear;
+    }
+    if (leaves_after) ++certain;
+    if (plane.clearly_off(t.before, to)) {
+      ASSERT_TRUE(certainly_leaves(t.before, t.tip, t.after, to)) << trial;
+    }
+  }
+  EXPECT_GT(clear, 30000);
+  EXPECT_LT(clear, certain);
+}
+
+TEST(TrianglePlane, IsNotClearlyLeftByWhatLiesInIt) {
+  const Triangle t{{0.5, 0, 0}, {0, 0, 0}, {0, 0.5, 0}};
+  EXPECT_FALSE(korvex::TrianglePlane(t).clearly_off(t.after, {0.25, 0.25, 0}));
+  EXPECT_FALSE(korvex::TrianglePlane(t).clearly_off(t.after, t.after));
+  EXPECT_TRUE(korvex::TrianglePlane(t).clearly_off(t.after, {0, 0.5, 0.25}));
+  const Triangle flat{{0.5, 0.5, 0.5}, {0, 0, 0}, {0.25, 0.25, 0.25}};
+  EXPECT_FALSE(korvex::TrianglePlane(flat).clearly_off(flat.after, {0, 0.5, 0.25}));
+}
+
+struct InPlane {
+  double x;
+  double y;
+};
+
+TEST(TurnInThePlane, IsExactOnSmallIntegersAndChangesSignWithTwoCorners) {
+  support::Random random(17);
+  for (int trial = 0; trial < 20000; ++trial) {
+    const Point p = random_point(random, 9), q = random_point(random, 9),
+                r = random_point(random, 9);
+    const auto at = [](Point a) {
+      return InPlane{0.625 + 0x1p-20 * static_cast<double>(a.x),
+                     0x1p-20 * static_cast<double>(a.y)};
+    };
+    const long exact = (q.x - p.x) * (r.y - p.y) - (q.y - p.y) * (r.x - p.x);
+    const korvex::Turn turn = korvex::turn(at(p), at(q), at(r));
+    EXPECT_EQ(turn.value, 0x1p-40 * static_cast<double>(exact));
+    EXPECT_EQ(korvex::turn(at(p), at(r), at(q)).value, -turn.value);
+    EXPECT_EQ(korvex::turn(at(p), at(r), at(q)).clear(), turn.clear());
+    if (exact == 0) {
+      EXPECT_FALSE(turn.clear());
+    }
+  }
+}
+
+// A point on a line but for rounding: wherever the turn is clear its sign is that of the exact one.
+TEST(TurnInThePlane, HasTheExactSignWhereItIsClear) {
+  support::Random random(18);
+  int clear = 0, doubtful = 0;
+  for (int trial = 0; trial < 20000; ++trial) {
+    const auto any = [&] { return InPlane{random.uniform(), random.uniform()}; };
+    const InPlane p = any(), q = any();
+    const double part = random.uniform();
+    const InPlane r{p.x + part * (q.x - p.x), p.y + part * (q.y - p.y)};
+    using Wide = long double;
+    const Wide left = (Wide{q.x} - p.x) * (Wide{r.y} - p.y);
+    const Wide right = (Wide{q.y} - p.y) * (Wide{r.x} - p.x);
+    const korvex::Turn turn = korvex::turn(p, q, r);
+    ++(turn.clear() ? clear : doubtful);
+    if (turn.clear()) {
+      EXPECT_EQ(turn.value > 0, left > right) << trial;
+    }
+    EXPECT_FALSE(clearly_same_side(turn, {-turn.value, turn.error}));
+  }
+  EXPECT_GT(doubtful, 1000);
+  const korvex::Turn up{1, 0.5}, down{-1, 0.5}, open{0.25, 0.5};
+  EXPECT_TRUE(clearly_same_side(up, up));
+  EXPECT_TRUE(clearly_same_side(down, down));
+  EXPECT_FALSE(clearly_same_side(up, down));
+  EXPECT_FALSE(clearly_same_side(up, open));
+}
+
+const korvex::Point kP{0, 0, 0};
+const korvex::Point kQ{1, 0, 0};
+const korvex::Point kR{0, 1, 0};
+
+bool pierces(const korvex::Point& from, const korvex::Point& to) {
+  return may_pierce({from, to}, kP, kQ, kR, 10);
+}
+
+TEST(MayPierce, IsTrueForALineThroughTheTriangle) {
+  EXPECT_TRUE(pierces({0.2, 0.2, -1}, {0.3, 0.3, 1}));
+  EXPECT_TRUE(pierces({0.3, 0.3, 1}, {0.2, 0.2, -1}));
+}
+
+TEST(MayPierce, IsFalseForALineBesideItOrAwayFromItsPlane) {
+  EXPECT_FALSE(pierces({0.8, 0.8, -1}, {0.8, 0.8, 1}));
+  EXPECT_FALSE(pierces({0.2, 0.2, 0.1}, {0.3, 0.3, 1}));
+  EXPECT_FALSE(pierces({2, 0, -1}, {3, 0, 1}));
+}
+
+TEST(MayPierce, IsTrueForATouch) {
+  EXPECT_TRUE(pierces({0.2, 0.2, 0}, {0.3, 0.3, 1}));
+  EXPECT_TRUE(pierces({0.5, 0.5, -1}, {0.5, 0.5, 1}));
+  EXPECT_TRUE(pierces({0.5, 0, -1}, {0.5, 0, 1}));
+  EXPECT_TRUE(pierces({1, 0, 0}, {2, 0, 1}));
+  EXPECT_TRUE(pierces({-1, 0.2, 0}, {2, 0.2, 0}));
+}
+
+TEST(MayPierce, ForgivesACommonEndInAnOuterCornerUnlessTheLineRunsOnInside) {
+  EXPECT_FALSE(pierces({-1, -1, -1}, kP));
+  EXPECT_FALSE(pierces(kR, {0.1, 0.1, 1}));
+  EXPECT_FALSE(pierces({-1, -1, 0}, kP));
+  EXPECT_TRUE(pierces(kP, {0.2, 0.2, 0}));
+  EXPECT_TRUE(pierces({1, 1, 0}, kP));
 }
 
 }  // namespace

@@ -1,20 +1,15 @@
-#include "engine/projection/triangle_elimination.hpp"
+#include "geometry/triangle_elimination.hpp"
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <initializer_list>
-#include <limits>
 #include <numeric>
 
-#include "engine/run/parallel.hpp"
 #include "geometry/box_tree.hpp"
 #include "geometry/unit_scale.hpp"
 
 namespace korvex {
 namespace {
-
-constexpr double kEpsilon = std::numeric_limits<double>::epsilon();
 
 using Tree = BoxTree<3>;
 using Box = Tree::Box;
@@ -33,28 +28,11 @@ Box box_of(std::initializer_list<Point> points) {
   return box;
 }
 
-// Six times the volume of the tetrahedron (a, b, c, d).
-double volume(const Point& a, const Point& b, const Point& c, const Point& d) {
-  return dot(cross(b - a, c - a), d - a);
-}
-
-// Whether a line from corner p to `far` may run on within the triangle.
-bool may_run_inside(const Point& p, const Point& q, const Point& r, const Point& far,
-                    double extent) {
-  const double cube = extent * extent * extent;
-  const Point normal = cross(q - p, r - p);
-  if (std::abs(dot(normal, far - p)) > 32 * kEpsilon * cube) return false;
-  const double error = 128 * kEpsilon * cube * extent;
-  const bool beyond_pq = dot(normal, cross(q - p, far - p)) < -error;
-  const bool beyond_pr = dot(normal, cross(far - p, r - p)) < -error;
-  return !(beyond_pq || beyond_pr);
-}
-
 class Elimination {
  public:
   Elimination(std::span<const Point> points, std::span<const Line> obstacles, bool ring,
-              const Run& run)
-      : ring_(ring), run_(run), kept_(points.size()) {
+              const BeforeEach& before_each)
+      : ring_(ring), before_each_(before_each), kept_(points.size()) {
     std::iota(kept_.begin(), kept_.end(), 0);
     const double scale = unit_scale(points);
     Box all = Box::empty();
@@ -113,7 +91,7 @@ class Elimination {
     std::size_t before = 0;  // segment that comes in to the point looked at
     const std::size_t end = ring_ ? kept_.size() : kept_.size() - 1;
     for (std::size_t k = 1; k < end; ++k) {
-      throw_if_cancelled(run_);
+      if (before_each_) before_each_();
       if (count > fewest && is_free(before, k)) {
         join(before, k);
         --count;
@@ -160,7 +138,7 @@ class Elimination {
 
   std::vector<Point> points_;  // scaled
   const bool ring_;
-  const Run& run_;
+  const BeforeEach& before_each_;
   std::vector<std::int32_t> kept_;
   std::vector<Obstacle> obstacles_;
   double extent_ = 0;
@@ -171,30 +149,15 @@ class Elimination {
 
 }  // namespace
 
-bool may_pierce(const Line& line, const Point& p, const Point& q, const Point& r, double extent) {
-  if (line.from == p || line.to == p)
-    return may_run_inside(p, q, r, line.from == p ? line.to : line.from, extent);
-  if (line.from == r || line.to == r)
-    return may_run_inside(r, p, q, line.from == r ? line.to : line.from, extent);
-  const double error = 32 * kEpsilon * extent * extent * extent;
-  const double begin = volume(p, q, r, line.from);
-  const double end = volume(p, q, r, line.to);
-  if ((begin > error && end > error) || (begin < -error && end < -error)) return false;
-  const double about_pq = volume(line.from, line.to, p, q);
-  const double about_qr = volume(line.from, line.to, q, r);
-  const double about_rp = volume(line.from, line.to, r, p);
-  const bool some_positive = about_pq > error || about_qr > error || about_rp > error;
-  const bool some_negative = about_pq < -error || about_qr < -error || about_rp < -error;
-  return !(some_positive && some_negative);
-}
-
 std::vector<std::int32_t> eliminate_open(std::span<const Point> chain,
-                                         std::span<const Line> obstacles, const Run& run) {
-  return Elimination(chain, obstacles, false, run).run();
+                                         std::span<const Line> obstacles,
+                                         const BeforeEach& before_each) {
+  return Elimination(chain, obstacles, false, before_each).run();
 }
 
-std::vector<std::int32_t> eliminate_ring(std::span<const Point> ring, const Run& run) {
-  return Elimination(ring, {}, true, run).run();
+std::vector<std::int32_t> eliminate_ring(std::span<const Point> ring,
+                                         const BeforeEach& before_each) {
+  return Elimination(ring, {}, true, before_each).run();
 }
 
 }  // namespace korvex

@@ -8,34 +8,29 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <vector>
 
+#include "geometry/predicates.hpp"
 #include "korvex/geometry.hpp"
-#include "korvex/run.hpp"
 
 namespace korvex {
 
-// A straight segment from one point to another.
-struct Line {
-  Point from;
-  Point to;
-};
-
-// False only if `line` certainly has no point in common with the triangle (p, q, r) but p, r or
-// the end it shares with them. A line that ends in q counts as piercing. `extent` bounds the
-// distance of any two of the five points.
-bool may_pierce(const Line& line, const Point& p, const Point& q, const Point& r, double extent);
+// Called before each look at a point; what it throws ends the elimination.
+using BeforeEach = std::function<void()>;
 
 // Indices, rising, of points of an open chain whose polygon is isotopic to the chain with its ends
 // fixed and all obstacles in place. The ends are kept. Obstacles may begin or end in ends of the
 // chain. About O(n log n) for n points where few segments are near to one, besides n looks at all
-// obstacles. Asks before each point whether to stop.
+// obstacles.
 std::vector<std::int32_t> eliminate_open(std::span<const Point> chain,
-                                         std::span<const Line> obstacles, const Run& run = {});
+                                         std::span<const Line> obstacles,
+                                         const BeforeEach& before_each = {});
 
 // The same for a closed ring, the last point of which is joined to the first: at least 3 points are
 // kept of 3 or more.
-std::vector<std::int32_t> eliminate_ring(std::span<const Point> ring, const Run& run = {});
+std::vector<std::int32_t> eliminate_ring(std::span<const Point> ring,
+                                         const BeforeEach& before_each = {});
 
 }  // namespace korvex

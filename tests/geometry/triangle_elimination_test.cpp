@@ -1,4 +1,4 @@
-#include "engine/projection/triangle_elimination.hpp"
+#include "geometry/triangle_elimination.hpp"
 
 #include <gtest/gtest.h>
 
@@ -11,39 +11,6 @@
 
 namespace korvex {
 namespace {
-
-const Point kP{0, 0, 0};
-const Point kQ{1, 0, 0};
-const Point kR{0, 1, 0};
-
-bool pierces(const Point& from, const Point& to) { return may_pierce({from, to}, kP, kQ, kR, 10); }
-
-TEST(MayPierce, IsTrueForALineThroughTheTriangle) {
-  EXPECT_TRUE(pierces({0.2, 0.2, -1}, {0.3, 0.3, 1}));
-  EXPECT_TRUE(pierces({0.3, 0.3, 1}, {0.2, 0.2, -1}));
-}
-
-TEST(MayPierce, IsFalseForALineBesideItOrAwayFromItsPlane) {
-  EXPECT_FALSE(pierces({0.8, 0.8, -1}, {0.8, 0.8, 1}));
-  EXPECT_FALSE(pierces({0.2, 0.2, 0.1}, {0.3, 0.3, 1}));
-  EXPECT_FALSE(pierces({2, 0, -1}, {3, 0, 1}));
-}
-
-TEST(MayPierce, IsTrueForATouch) {
-  EXPECT_TRUE(pierces({0.2, 0.2, 0}, {0.3, 0.3, 1}));
-  EXPECT_TRUE(pierces({0.5, 0.5, -1}, {0.5, 0.5, 1}));
-  EXPECT_TRUE(pierces({0.5, 0, -1}, {0.5, 0, 1}));
-  EXPECT_TRUE(pierces({1, 0, 0}, {2, 0, 1}));
-  EXPECT_TRUE(pierces({-1, 0.2, 0}, {2, 0.2, 0}));
-}
-
-TEST(MayPierce, ForgivesACommonEndInAnOuterCornerUnlessTheLineRunsOnInside) {
-  EXPECT_FALSE(pierces({-1, -1, -1}, kP));
-  EXPECT_FALSE(pierces(kR, {0.1, 0.1, 1}));
-  EXPECT_FALSE(pierces({-1, -1, 0}, kP));
-  EXPECT_TRUE(pierces(kP, {0.2, 0.2, 0}));
-  EXPECT_TRUE(pierces({1, 1, 0}, kP));
-}
 
 TEST(EliminateOpen, StraightensAChainThatNothingHolds) {
   for (const int points : {2, 3, 10, 100}) {
@@ -106,6 +73,19 @@ TEST(EliminateRing, TakesPointsInAnyPosition) {
   }
   const std::vector<Point> spike{{0, 0, 0}, {1, 0, 0}, {0, 0, 0}, {0, 1, 0}, {2, 2, 2}};
   EXPECT_EQ(eliminate_open(spike, {}).back(), 4);
+}
+
+TEST(Elimination, EndsWithWhatIsThrownBeforeALook) {
+  const auto ring = trefoil_ring(200);
+  int looks = 0;
+  const auto stop_at_tenth = [&looks] {
+    if (++looks == 10) throw looks;
+  };
+  EXPECT_THROW(eliminate_ring(ring, stop_at_tenth), int);
+  EXPECT_EQ(looks, 10);
+  looks = 0;
+  EXPECT_THROW(eliminate_open(ring, {}, stop_at_tenth), int);
+  EXPECT_EQ(looks, 10);
 }
 
 }  // namespace

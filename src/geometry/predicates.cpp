@@ -1,14 +1,21 @@
-#include "preprocess/contact.hpp"
+#include "geometry/predicates.hpp"
 
 #include <limits>
 
-namespace preprocess {
+namespace korvex {
 namespace {
 
 // Each bound is a multiple of the sum of the magnitudes of the terms, larger than the number of
 // roundings on any path to the result times 2^-53, and an allowance for underflow.
 constexpr double kRounding = 16 * 0x1p-53;
 constexpr double kUnderflow = 1e-290;
+constexpr double kEpsilon = std::numeric_limits<double>::epsilon();
+
+// For a bound by the largest coordinates of two sides and a vector, at most M, M and D in size. A
+// triple product of sides of the triangle has terms of at most 12 M M D together, 6 M M D of two
+// that begin in one corner: (6 + 12) kRounding M M D is more than both round, and the terms of the
+// bound of the other once more, 12 kRounding M M D, make it certain there, too: 480 * 2^-53.
+constexpr double kPlaneRounding = 512 * 0x1p-53;
 
 // A value and a bound on its rounding error.
 struct Estimate {
@@ -24,7 +31,7 @@ int certain_sign(Estimate e) {
 bool same_certain_sign(int a, int b) { return a != 0 && a == b; }
 
 // (a x b) . c. Exchanging a and b changes the sign of the value and nothing else.
-Estimate triple_product(Vec3 a, Vec3 b, Vec3 c) {
+Estimate triple_product(const Point& a, const Point& b, const Point& c) {
   const double xy = a.x * b.y, yx = a.y * b.x;
   const double yz = a.y * b.z, zy = a.z * b.y;
   const double zx = a.z * b.x, xz = a.x * b.z;
@@ -35,10 +42,15 @@ Estimate triple_product(Vec3 a, Vec3 b, Vec3 c) {
   return {value, kRounding * size + kUnderflow};
 }
 
-int dot_sign(Vec3 a, Vec3 b) {
+int dot_sign(const Point& a, const Point& b) {
   const double x = a.x * b.x, y = a.y * b.y, z = a.z * b.z;
   return certain_sign(
       {x + y + z, kRounding * (std::fabs(x) + std::fabs(y) + std::fabs(z)) + kUnderflow});
+}
+
+// The largest coordinate of a vector in size.
+double size_of(const Point& a) {
+  return std::max({std::fabs(a.x), std::fabs(a.y), std::fabs(a.z)});
 }
 
 struct Vec2 {
@@ -50,7 +62,7 @@ Vec2 operator-(Vec2 a, Vec2 b) { return {a.x - b.x, a.y - b.y}; }
 
 // The shadow of a point on the coordinate plane that leaves out one axis. Sets whose shadows do not
 // meet do not meet.
-Vec2 shadow(Vec3 a, int axis) {
+Vec2 shadow(const Point& a, int axis) {
   if (axis == 0) return {a.y, a.z};
   if (axis == 1) return {a.z, a.x};
   return {a.x, a.y};
@@ -112,20 +124,37 @@ double exact_difference(double a, double b) {
   return rest == 0 ? difference : std::numeric_limits<double>::quiet_NaN();
 }
 
-Vec3 exact_difference(Vec3 a, Vec3 b) {
+Point exact_difference(const Point& a, const Point& b) {
   return {exact_difference(a.x, b.x), exact_difference(a.y, b.y), exact_difference(a.z, b.z)};
+}
+
+// Six times the volume of the tetrahedron (a, b, c, d).
+double volume(const Point& a, const Point& b, const Point& c, const Point& d) {
+  return dot(cross(b - a, c - a), d - a);
+}
+
+// Whether a line from corner p to `far` may run on within the triangle.
+bool may_run_inside(const Point& p, const Point& q, const Point& r, const Point& far,
+                    double extent) {
+  const double cube = extent * extent * extent;
+  const Point normal = cross(q - p, r - p);
+  if (std::abs(dot(normal, far - p)) > 32 * kEpsilon * cube) return false;
+  const double error = 128 * kEpsilon * cube * extent;
+  const bool beyond_pq = dot(normal, cross(q - p, far - p)) < -error;
+  const bool beyond_pr = dot(normal, cross(far - p, r - p)) < -error;
+  return !(beyond_pq || beyond_pr);
 }
 
 }  // namespace
 
-bool certainly_apart(const Triangle& triangle, Vec3 from, Vec3 to) {
+bool certainly_apart(const Triangle& triangle, const Point& from, const Point& to) {
   const auto& [a, b, c] = triangle;
   if (boxes_apart(a.x, b.x, c.x, from.x, to.x) || boxes_apart(a.y, b.y, c.y, from.y, to.y) ||
       boxes_apart(a.z, b.z, c.z, from.z, to.z)) {
     return true;
   }
-  const Vec3 leg1 = a - b, leg2 = c - b;
-  const Vec3 start = from - b, end = to - b;
+  const Point leg1 = a - b, leg2 = c - b;
+  const Point start = from - b, end = to - b;
   const Estimate start_height = triple_product(leg1, leg2, start);
   const Estimate end_height = triple_product(leg1, leg2, end);
   if (same_certain_sign(certain_sign(start_height), certain_sign(end_height))) return true;
@@ -151,10 +180,11 @@ bool certainly_apart(const Triangle& triangle, Vec3 from, Vec3 to) {
   return false;
 }
 
-bool certainly_leaves(Vec3 corner, Vec3 other1, Vec3 other2, Vec3 to) {
-  const Vec3 e1 = other1 - corner;
-  const Vec3 e2 = other2 - corner;
-  const Vec3 d = to - corner;
+bool certainly_leaves(const Point& corner, const Point& other1, const Point& other2,
+                      const Point& to) {
+  const Point e1 = other1 - corner;
+  const Point e2 = other2 - corner;
+  const Point d = to - corner;
   if (certain_sign(triple_product(e1, e2, d)) != 0) return true;
   if (dot_sign(e1, d) < 0 && dot_sign(e2, d) < 0) return true;
   for (const int axis : {0, 1, 2}) {
@@ -163,12 +193,29 @@ bool certainly_leaves(Vec3 corner, Vec3 other1, Vec3 other2, Vec3 to) {
   return false;
 }
 
+TrianglePlane::TrianglePlane(const Triangle& triangle) {
+  const Point leg1 = triangle.before - triangle.tip, leg2 = triangle.after - triangle.tip;
+  const double size = std::max(size_of(leg1), size_of(leg2));
+  normal_ = cross(leg1, leg2);
+  doubt_ = kPlaneRounding * size * size;
+}
+
+bool TrianglePlane::clearly_off(const Point& corner, const Point& to) const {
+  const Point away = to - corner;
+  return std::fabs(dot(normal_, away)) > doubt_ * size_of(away) + 4 * kUnderflow;
+}
+
 Bend bend_at(const Triangle& triangle) {
   const auto& [a, b, c] = triangle;
   if (a == b || b == c) return Bend::kStraight;
   if (a == c) return Bend::kSpike;
-  const Vec3 leg1 = exact_difference(a, b);
-  const Vec3 leg2 = exact_difference(c, b);
+  const Point near1 = a - b, near2 = c - b;
+  if (near1.x * near2.y != near1.y * near2.x || near1.y * near2.z != near1.z * near2.y ||
+      near1.z * near2.x != near1.x * near2.z) {
+    return Bend::kProper;  // as below, whether the differences are exact or not
+  }
+  const Point leg1 = exact_difference(a, b);
+  const Point leg2 = exact_difference(c, b);
   if (!products_equal(leg1.x, leg2.y, leg1.y, leg2.x) ||
       !products_equal(leg1.y, leg2.z, leg1.z, leg2.y) ||
       !products_equal(leg1.z, leg2.x, leg1.x, leg2.z)) {
@@ -177,4 +224,21 @@ Bend bend_at(const Triangle& triangle) {
   return lies_between(a, b, c) ? Bend::kStraight : Bend::kSpike;
 }
 
-}  // namespace preprocess
+bool may_pierce(const Line& line, const Point& p, const Point& q, const Point& r, double extent) {
+  if (line.from == p || line.to == p)
+    return may_run_inside(p, q, r, line.from == p ? line.to : line.from, extent);
+  if (line.from == r || line.to == r)
+    return may_run_inside(r, p, q, line.from == r ? line.to : line.from, extent);
+  const double error = 32 * kEpsilon * extent * extent * extent;
+  const double begin = volume(p, q, r, line.from);
+  const double end = volume(p, q, r, line.to);
+  if ((begin > error && end > error) || (begin < -error && end < -error)) return false;
+  const double about_pq = volume(line.from, line.to, p, q);
+  const double about_qr = volume(line.from, line.to, q, r);
+  const double about_rp = volume(line.from, line.to, r, p);
+  const bool some_positive = about_pq > error || about_qr > error || about_rp > error;
+  const bool some_negative = about_pq < -error || about_qr < -error || about_rp < -error;
+  return !(some_positive && some_negative);
+}
+
+}  // namespace korvex

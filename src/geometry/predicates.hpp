@@ -1,0 +1,118 @@
+// Error-bounded predicates: the decisions on points, segments and triangles that both eliminations
+// of points and the projection take.
+//
+// Every sign that an answer relies on is that of the exact value, shown by a bound on the rounding
+// error of its evaluation (J. R. Shewchuk, Discrete Comput. Geom. 18, 305 (1997)). Where rounding
+// leaves it open the answer is the safe one. All are pure functions of constant cost.
+//
+// certainly_apart() and certainly_leaves() allow a triangle to be taken out of a chain. They answer
+// true only when that is certain, and false when triangle and edge meet or rounding leaves it open.
+//
+// 1. Touching in one point, at an end, at a corner or along an edge, is meeting.
+// 2. Degenerate triangles (two corners or all three on one line) and edges of zero length are
+//    allowed: they are the segment or point that they look like.
+// 3. For coordinates whose differences and products are exact (lattices, small integers) the answer
+//    is exact: true whenever the two do not meet.
+// 4. The answer does not change when the triangle's first and third corner change places, nor when
+//    the edge's ends do.
+// 5. Coordinates must be finite and at most 1 in magnitude, so that what underflows is far below
+//    the bounds. This holds for 1 to 7.
+// 6. TrianglePlane::clearly_off() is true of a corner and a point only where certainly_leaves() of
+//    the same corner and point is.
+// 7. bend_at() is exact: points that only look collinear are not taken for it.
+//
+// may_pierce() asks the same with a bound that all questions of a chain share.
+//
+// 8. It is false only if the line certainly has no point in common with the triangle but its first
+//    and third corner, or the end that they share. A line that ends in the second corner pierces.
+//
+// turn() tells on which side of a line in the plane a point lies.
+//
+// 9. Turn::value is positive for a counter-clockwise turn; where clear(), its sign is exact, and
+//    exchanging two corners turns the sign alone.
+#pragma once
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "korvex/geometry.hpp"
+
+namespace korvex {
+
+// The corners of a triangle in chain order.
+struct Triangle {
+  Point before;
+  Point tip;
+  Point after;
+};
+
+// True when the triangle and the closed segment from `from` to `to` certainly have no common point.
+bool certainly_apart(const Triangle& triangle, const Point& from, const Point& to);
+
+// For an edge that begins at a corner of the triangle: true when it certainly meets the triangle
+// nowhere else. `other1` and `other2` are the other two corners, `to` is the edge's other end.
+bool certainly_leaves(const Point& corner, const Point& other1, const Point& other2,
+                      const Point& to);
+
+// The plane of a triangle of a chain, for quick answers to most questions of certainly_leaves().
+class TrianglePlane {
+ public:
+  explicit TrianglePlane(const Triangle& triangle);
+
+  // False says nothing.
+  bool clearly_off(const Point& corner, const Point& to) const;
+
+ private:
+  Point normal_;
+  double doubt_;  // of the height of a vector with coordinates of size 1
+};
+
+// Where three consecutive points of a chain lie on one line, decided exactly.
+enum class Bend {
+  kProper,    // not on one line, or not certainly so
+  kStraight,  // the middle point lies between the others or coincides with one of them
+  kSpike,     // on one line, and the chain turns back at the middle point
+};
+Bend bend_at(const Triangle& triangle);
+
+// Of points on one line: `middle` lies between `a` and `b` or coincides with one of them.
+inline bool lies_between(const Point& a, const Point& middle, const Point& b) {
+  const auto within = [](double u, double v, double w) {
+    return std::min(u, w) <= v && v <= std::max(u, w);
+  };
+  return within(a.x, middle.x, b.x) && within(a.y, middle.y, b.y) && within(a.z, middle.z, b.z);
+}
+
+// A straight segment from one point to another.
+struct Line {
+  Point from;
+  Point to;
+};
+
+// Whether `line` may pierce the triangle (p, q, r) of a chain's neighbours. `extent` bounds the
+// distance of any two of the five points.
+bool may_pierce(const Line& line, const Point& p, const Point& q, const Point& r, double extent);
+
+// Twice the area of a triangle in the plane and a bound on what rounding did to it.
+struct Turn {
+  double value;
+  double error;
+
+  bool clear() const { return std::abs(value) > error; }
+};
+
+inline bool clearly_same_side(const Turn& a, const Turn& b) {
+  return (a.value > a.error && b.value > b.error) || (a.value < -a.error && b.value < -b.error);
+}
+
+// The turn from p by q to r, vertices with coordinates x and y, which count as exact.
+template <typename Vertex>
+Turn turn(const Vertex& p, const Vertex& q, const Vertex& r) {
+  constexpr double kRounding = 2 * std::numeric_limits<double>::epsilon();
+  const double left = (q.x - p.x) * (r.y - p.y);
+  const double right = (q.y - p.y) * (r.x - p.x);
+  return {left - right, kRounding * (std::abs(left) + std::abs(right))};
+}
+
+}  // namespace korvex
