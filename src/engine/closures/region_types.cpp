@@ -31,7 +31,7 @@ class RegionTyping {
   std::optional<std::vector<RegionType>> decide() {
     regions_.resize(inner_.size());
     known_.assign(inner_.size(), false);
-    decide_wide(neighbours_in_turn());
+    decide_wide(wide_faces(Sharing().batch));
     if (touches_itself_) return std::nullopt;
     if (!take_over_thin()) return std::nullopt;
     return std::move(regions_);
@@ -45,27 +45,37 @@ class RegionTyping {
     CodeReduction reduction;
   };
 
-  // The faces that are not thin, neighbours near one another, so that directions that are reduced
-  // for together lie close.
-  std::vector<std::size_t> neighbours_in_turn() const {
-    std::vector<std::size_t> order;
-    std::vector<bool> seen(inner_.size(), false);
-    std::vector<std::size_t> waiting;
-    for (std::size_t start = 0; start < inner_.size(); ++start) {
-      waiting.push_back(start);
-      while (!waiting.empty()) {
-        const std::size_t face = waiting.back();
-        waiting.pop_back();
-        if (seen[face]) continue;
-        seen[face] = true;
-        if (inner_[face] && inner_[face]->weighted >= kThin) order.push_back(face);
-        for (const std::int32_t side : arrangement_.sides(face)) {
-          const std::size_t next = arrangement_.face_of(Arrangement::other_side(side));
-          if (!seen[next]) waiting.push_back(next);
-        }
-      }
+  // The faces that are not thin, so that directions that are reduced for together lie close.
+  std::vector<std::size_t> wide_faces(std::size_t batch) const {
+    std::vector<std::size_t> faces;
+    for (std::size_t face = 0; face < inner_.size(); ++face)
+      if (inner_[face] && inner_[face]->weighted >= kThin) faces.push_back(face);
+    gather(faces, batch);
+    return faces;
+  }
+
+  // Halves the faces along the axis on which their directions spread most, down to batches.
+  void gather(std::span<std::size_t> faces, std::size_t batch) const {
+    if (faces.size() <= batch) return;
+    Point low = inner_[faces[0]]->at;
+    Point high = low;
+    for (const std::size_t face : faces) {
+      const Point& p = inner_[face]->at;
+      low = {std::min(low.x, p.x), std::min(low.y, p.y), std::min(low.z, p.z)};
+      high = {std::max(high.x, p.x), std::max(high.y, p.y), std::max(high.z, p.z)};
     }
-    return order;
+    const Point spread = high - low;
+    const double most = std::max({spread.x, spread.y, spread.z});
+    const auto axis = most == spread.x ? &Point::x : most == spread.y ? &Point::y : &Point::z;
+    const std::size_t half = (faces.size() / batch + 1) / 2 * batch;
+    std::nth_element(faces.begin(), faces.begin() + static_cast<std::ptrdiff_t>(half), faces.end(),
+                     [&](std::size_t a, std::size_t b) {
+                       const double first = inner_[a]->at.*axis;
+                       const double second = inner_[b]->at.*axis;
+                       return first != second ? first < second : a < b;
+                     });
+    gather(faces.first(half), batch);
+    gather(faces.subspan(half), batch);
   }
 
   void decide_wide(const std::vector<std::size_t>& faces) {

@@ -13,7 +13,7 @@ namespace {
 constexpr double kShortestChord = 1e-13;
 
 // So many of the longest sides are tried first; all of them where those find little room.
-constexpr std::size_t kTried = 4;
+constexpr std::size_t kTried = 2;
 constexpr double kLittleRoom = 1e-7;
 
 Point unit(const Point& p) { return (1 / norm(p)) * p; }
