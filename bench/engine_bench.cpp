@@ -9,9 +9,10 @@
 #include <vector>
 
 #include "comparison.hpp"
-#include "engine/closures/voting.hpp"
+#include "engine/closures/votes.hpp"
 #include "engine/fingerprint/fingerprint_data.hpp"
 #include "engine/invariants/of_codes.hpp"
+#include "engine/named_diagrams.hpp"
 #include "korvex/fingerprint.hpp"
 #include "korvex/votes.hpp"
 #include "reference/preprocess.hpp"
@@ -98,7 +99,8 @@ void vote(benchmark::State& state, Chain (*draw)(int, std::uint64_t), int atoms,
       const Chain chain = draw(atoms, bench::next_seed());
       const auto points = points_of(chain);
       const double start = cpu_now();
-      korvex::vote_with(named_by_key, points, {.closure = closure, .trials = kTrials}, {});
+      korvex::vote_with(korvex::NamedDiagrams(named_by_key), points,
+                        {.closure = closure, .trials = kTrials}, {});
       fast += cpu_now() - start;
       plain += kTrials * plain_seconds(chain, closure, kPlainTrials);
     }
@@ -132,8 +134,8 @@ void fingerprint(benchmark::State& state, int atoms, korvex::Closure closure) {
     const Chain chain = support::protein_like_walk(atoms, seed);
     const auto points = points_of(chain);
     const double start = cpu_now();
-    korvex::fingerprint_with(named_by_key, points, {.closure = closure, .directions = kDirections},
-                             {});
+    korvex::fingerprint_with(korvex::NamedDiagrams(named_by_key), points,
+                             {.closure = closure, .directions = kDirections}, {});
     const double fast = cpu_now() - start;
     report(state, fast, plain_fingerprint_seconds(chain, closure, kDirections, seed));
   }
@@ -171,12 +173,12 @@ const bool kRegistered = [] {
   }
   bench::add_benchmark("Fingerprint/two_threads/331", [](auto& state) {
     two_threads(state, [](const auto& points, const korvex::Run& run) {
-      korvex::fingerprint_with(named_by_key, points, {}, run);
+      korvex::fingerprint_with(korvex::NamedDiagrams(named_by_key), points, {}, run);
     });
   });
   bench::add_benchmark("Vote/two_threads/331", [](auto& state) {
     two_threads(state, [](const auto& points, const korvex::Run& run) {
-      korvex::vote_with(named_by_key, points, {.trials = 2000}, run);
+      korvex::vote_with(korvex::NamedDiagrams(named_by_key), points, {.trials = 2000}, run);
     });
   });
   return true;

@@ -4,6 +4,7 @@
 #include <sstream>
 #include <vector>
 
+#include "engine/fingerprint/fingerprint_data.hpp"
 #include "korvex/fingerprint.hpp"
 #include "korvex/locate.hpp"
 #include "korvex/save.hpp"
@@ -81,13 +82,17 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   for (std::size_t k = 0; k < chain.points.size(); ++k)
     chain.residues.push_back({static_cast<std::int32_t>(k) - 2, k % 5 == 3 ? 'B' : ' ', "GLY"});
   std::vector<Fingerprint> found;
-  const auto compute = [&] { found.push_back(fingerprint(chain.points, options, run)); };
+  auto sub_chains = korvex::SubChains::kInClasses;
+  const auto compute = [&] {
+    found.push_back(korvex::fingerprint_with(korvex::usual_identification(run), chain.points,
+                                             options, run, sub_chains));
+  };
   const bool refused = fuzz::is_refused(compute);
   require(refused ? fuzz::may_be_refused(chain.points) : fuzz::usable(chain.points));
   if (refused) return 0;
   const bool threads = run.seed % 8 == 0;
-  options.every_sub_chain = !threads;
   if (threads) run.threads = 2;
+  if (!threads) sub_chains = korvex::SubChains::kOneByOne;
   compute();
   // A sub-chain of a chain that touches itself may come apart another way than the whole.
   if (threads || fuzz::is_embedded(chain.points, false, 1e-9 * fuzz::extent(chain.points)))

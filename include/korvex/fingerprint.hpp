@@ -25,9 +25,6 @@ struct FingerprintOptions {
   Sampling sampling = Sampling::kLattice;  // of the directions
   std::size_t directions = 100;            // votes for each sub-chain, 1 to a million
   std::size_t step = 1;                    // residues from station to station, at least 1
-  // Decide every sub-chain for itself in every direction. The answer is the same; it takes
-  // hundreds of times longer and is there to check the fast way.
-  bool every_sub_chain = false;
   // Bytes that the votes may take; a chain that needs more is refused with an Error
   // (kInvalidArgument) that says so, before it does. A larger step needs less.
   std::size_t most_memory = std::size_t{4} << 30;

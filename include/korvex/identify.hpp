@@ -54,8 +54,8 @@ struct KORVEX_API KnotIdentity {
 
 // The knot type of a diagram, which it simplifies first. "How sure a name is" in
 // docs/conventions.md has the ladder of evidence: what is compared in which order, what proves a
-// name, what is left open where a diagram is too large, and the sources. Answers are remembered by
-// Gauss code. Of `run` it asks only whether to stop: Error(kCancelled). Any thread.
+// name, what is left open where a diagram is too large, and the sources. Answers are remembered
+// where `run` says, which is else asked only whether to stop: Error(kCancelled). Any thread.
 KORVEX_API KnotIdentity identify(const Diagram& diagram, Detail detail = Detail::kHand,
                                  const Run& run = {});
 

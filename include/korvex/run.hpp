@@ -9,6 +9,8 @@
 
 namespace korvex {
 
+class IdentityCache;
+
 struct Run {
   unsigned threads = 1;    // worker threads; 0 takes as many as the machine runs at once
   std::uint64_t seed = 1;  // every random number derives from it and the index of its trial
@@ -20,6 +22,10 @@ struct Run {
   // Asked between small pieces of work; a computation that is stopped throws Error with
   // ErrorCode::kCancelled.
   std::stop_token stop = {};
+
+  // Where the types of diagrams are remembered; none is IdentityCache::of_process(). It must live
+  // as long as the computation.
+  IdentityCache* identities = nullptr;
 };
 
 }  // namespace korvex

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "engine/fingerprint/fingerprint_data.hpp"
+#include "engine/named_diagrams.hpp"
 #include "engine/random_chains.hpp"
 #include "korvex/error.hpp"
 
@@ -78,8 +79,8 @@ std::string alexander_name(const GaussCode& closed) {
 }
 
 Fingerprint computed(std::span<const Point> chain, const FingerprintOptions& options,
-                     const korvex::Run& run = {}) {
-  return fingerprint_with(alexander_name, chain, options, run);
+                     const korvex::Run& run = {}, SubChains sub_chains = SubChains::kInClasses) {
+  return fingerprint_with(NamedDiagrams(alexander_name), chain, options, run, sub_chains);
 }
 
 void expect_same(const Fingerprint& a, const Fingerprint& b) {
@@ -103,10 +104,9 @@ TEST_P(BothClosures, EqualTheWayOneByOneInEverySubChain) {
   std::size_t knotted_types = 0;
   for (unsigned seed = 0; seed < 6; ++seed) {
     const auto chain = compact_walk(seed, 30 + 4 * static_cast<int>(seed));
-    FingerprintOptions options{.closure = GetParam(), .directions = 6};
+    const FingerprintOptions options{.closure = GetParam(), .directions = 6};
     const Fingerprint fast = computed(chain, options, {.seed = seed});
-    options.every_sub_chain = true;
-    expect_same(fast, computed(chain, options, {.seed = seed}));
+    expect_same(fast, computed(chain, options, {.seed = seed}, SubChains::kOneByOne));
     knotted_types += fast.types().size() - 1;
   }
   EXPECT_GT(knotted_types, 10u);
@@ -169,7 +169,8 @@ TEST_P(BothClosures, HandAnExceptionOfAWorkerToTheCaller) {
   };
   for (const unsigned threads : {1u, 3u}) {
     try {
-      fingerprint_with(fail, compact_walk(3, 60), {.closure = GetParam()}, {.threads = threads});
+      fingerprint_with(NamedDiagrams(fail), compact_walk(3, 60), {.closure = GetParam()},
+                       {.threads = threads});
       FAIL() << "nothing was thrown";
     } catch (const std::runtime_error& error) {
       EXPECT_STREQ(error.what(), "from a worker");

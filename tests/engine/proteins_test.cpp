@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "engine/fingerprint/fingerprint_data.hpp"
 #include "korvex/fingerprint.hpp"
 #include "korvex/locate.hpp"
 #include "korvex/read.hpp"
@@ -104,10 +105,10 @@ TEST(ProteinFingerprint, EqualsTheWayOneByOneInEverySubChain) {
   for (const Closure closure : {Closure::kRays, Closure::kTwoPoints}) {
     for (const char* file : {"2efv_CA.pdb", "1crn.pdb"}) {
       const auto points = points_of(file);
-      FingerprintOptions options{.closure = closure, .directions = 8};
+      const FingerprintOptions options{.closure = closure, .directions = 8};
       const Fingerprint fast = fingerprint(points, options);
-      options.every_sub_chain = true;
-      const Fingerprint slow = fingerprint(points, options);
+      const Fingerprint slow =
+          fingerprint_with(usual_identification({}), points, options, {}, SubChains::kOneByOne);
       ASSERT_EQ(fast.types(), slow.types());
       for (std::size_t begin = 0; begin < points.size(); ++begin)
         for (std::size_t end = begin + 1; end < points.size(); ++end)

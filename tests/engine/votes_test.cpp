@@ -8,8 +8,9 @@
 #include <stdexcept>
 #include <string>
 
-#include "engine/closures/voting.hpp"
+#include "engine/closures/votes.hpp"
 #include "engine/invariants/of_codes.hpp"
+#include "engine/named_diagrams.hpp"
 #include "engine/random_chains.hpp"
 #include "korvex/diagram.hpp"
 #include "korvex/error.hpp"
@@ -24,7 +25,7 @@ std::string key_name(const GaussCode& closed) {
 
 Votes votes_of(std::span<const Point> chain, const VoteOptions& options = {},
                const korvex::Run& run = {}) {
-  return vote_with(key_name, chain, options, run);
+  return vote_with(NamedDiagrams(key_name), chain, options, run);
 }
 
 std::string trefoil_name() {
@@ -88,7 +89,7 @@ TEST(Vote, LeadsEndsAwayFromWhereTheChainPassesThroughThem) {
 TEST(Vote, CountsTheVotesThatAreProven) {
   const auto chain = trefoil_on_a_string();
   for (const TypeVotes& type : vote(chain).types) EXPECT_EQ(type.proven, type.count) << type.type;
-  const auto doubt = [](const GaussCode&) { return IdentifiedName("+3_1", false); };
+  const NamedDiagrams doubt([](const GaussCode&) { return "+3_1"; }, false);
   for (const TypeVotes& type : vote_with(doubt, chain, {}, {}).types)
     EXPECT_EQ(type.proven, type.type == "0_1" ? type.count : 0) << type.type;
 }
@@ -144,7 +145,7 @@ TEST(Vote, DoesNotDependOnHowDirectionsShareTheReduction) {
       const Votes usual = votes_of(chain, options);
       for (const Sharing& sharing :
            {Sharing{.batch = 1}, Sharing{.batch = 7, .fewest_points = 0}, Sharing{.batch = 1000}}) {
-        const Votes votes = vote_with(key_name, chain, options, {}, sharing);
+        const Votes votes = vote_with(NamedDiagrams(key_name), chain, options, {}, sharing);
         ASSERT_EQ(votes.trials, usual.trials);
         ASSERT_EQ(votes.types.size(), usual.types.size());
         for (std::size_t k = 0; k < votes.types.size(); ++k) {
@@ -163,7 +164,7 @@ TEST(Vote, HandsAnExceptionOfAWorkerToTheCaller) {
   };
   for (const unsigned threads : {1u, 3u}) {
     try {
-      vote_with(fail, chain, {}, {.threads = threads});
+      vote_with(NamedDiagrams(fail), chain, {}, {.threads = threads});
       FAIL() << "nothing was thrown";
     } catch (const std::runtime_error& error) {
       EXPECT_STREQ(error.what(), "from a worker");

@@ -12,7 +12,8 @@
 #include "engine/closures/region_types.hpp"
 #include "engine/closures/whole_chain.hpp"
 #include "engine/diagram/code_reduction.hpp"
-#include "engine/identify/identification.hpp"
+#include "engine/identify/diagram_types.hpp"
+#include "engine/identify/type_numbers.hpp"
 #include "engine/projection/projection.hpp"
 #include "engine/run/parallel.hpp"
 #include "engine/sphere/arrangement.hpp"
@@ -57,7 +58,7 @@ class Mapping {
  public:
   Mapping(const Identification& identify, std::span<const Point> chain,
           const ClosureMapOptions& options, const Run& run)
-      : chain_(chain), options_(options), run_(run), types_(identify) {
+      : identify_(identify), chain_(chain), options_(options), run_(run) {
     const auto refuse = [](const char* what) { throw Error(ErrorCode::kInvalidArgument, what); };
     if (options.most_regions == 0 || options.most_regions > kMostRegions)
       refuse("the most regions of a map must be from 1 to 10000000");
@@ -89,7 +90,7 @@ class Mapping {
     const GeneralView view = general_view(ring, {0, 0, 1}, Curve::kOpen, run_);
     GaussCode code = view.projection.code();
     CodeReduction().reduce(code);
-    const CodeType type = WorkerCodeTypes(types_).of_open(code, run_);
+    const DiagramType type = DiagramTypes(identify_).of_open(code, run_);
     fill({{type, view.direction, false}}, std::array{kSphere}, nullptr, {});
     if (run_.progress) run_.progress(1);
     return std::move(map_);
@@ -110,7 +111,7 @@ class Mapping {
     const std::vector<double> areas = face_areas(arrangement, inner);
     require_whole_sphere(areas);
     const auto regions =
-        region_types(chain, arrangement, inner, types_, part_of(run_, kArranged, 1));
+        region_types(chain, arrangement, inner, identify_, part_of(run_, kArranged, 1));
     if (!regions) return Arrangement::State::kDegenerate;
     fill(*regions, areas, &arrangement, inner);
     return Arrangement::State::kGeneral;
@@ -141,6 +142,7 @@ class Mapping {
   void fill(const std::vector<RegionType>& regions, std::span<const double> areas,
             const Arrangement* arrangement, std::span<const std::optional<InnerPoint>> inner) {
     map_ = {};
+    TypeNumbers numbers;
     std::vector<std::size_t> order(regions.size());
     std::iota(order.begin(), order.end(), std::size_t{0});
     std::stable_sort(order.begin(), order.end(),
@@ -148,7 +150,7 @@ class Mapping {
     for (const std::size_t face : order) {
       const RegionType& typed = regions[face];
       ClosureRegion region;
-      region.type = static_cast<std::size_t>(typed.type.number);
+      region.type = static_cast<std::size_t>(numbers.of(typed.type.name));
       region.share = areas[face] / kSphere;
       region.direction = typed.direction;
       region.clearance = arrangement == nullptr ? std::numbers::pi
@@ -163,7 +165,7 @@ class Mapping {
       map_.crossings[region.crossings] += region.share;
       map_.regions.push_back(std::move(region));
     }
-    sum_up_types();
+    sum_up_types(numbers.names());
   }
 
   static std::vector<std::vector<Point>> boundaries_of(const Arrangement& arrangement,
@@ -177,9 +179,8 @@ class Mapping {
     return polygons;
   }
 
-  // Numbers of types depend on which thread met them first: they are put in order here.
-  void sum_up_types() {
-    const std::vector<std::string>& names = types_.names();
+  // Renumbers the types of the regions by their shares.
+  void sum_up_types(const std::vector<std::string>& names) {
     std::vector<TypeShare> shares(names.size());
     for (std::size_t k = 0; k < names.size(); ++k) shares[k].type = names[k];
     for (const ClosureRegion& region : map_.regions) {
@@ -203,10 +204,10 @@ class Mapping {
     for (ClosureRegion& region : map_.regions) region.type = place[region.type];
   }
 
+  const Identification& identify_;
   const std::span<const Point> chain_;
   const ClosureMapOptions options_;
   const Run& run_;
-  CodeTypes types_;
   ClosureMap map_;
 };
 
@@ -220,7 +221,7 @@ std::optional<ClosureMap> closure_map_with(const Identification& identify,
 
 std::optional<ClosureMap> closure_map(std::span<const Point> chain,
                                       const ClosureMapOptions& options, const Run& run) {
-  return closure_map_with(identified_name, chain, options, run);
+  return closure_map_with(usual_identification(run), chain, options, run);
 }
 
 }  // namespace korvex

@@ -4,7 +4,7 @@
 #include <optional>
 #include <span>
 
-#include "engine/identify/code_types.hpp"
+#include "engine/identify/identify.hpp"
 #include "korvex/closure_map.hpp"
 
 namespace korvex {

@@ -6,8 +6,9 @@
 #include <memory>
 
 #include "engine/closures/reduced_chain.hpp"
-#include "engine/closures/voting.hpp"
+#include "engine/closures/votes.hpp"
 #include "engine/diagram/code_reduction.hpp"
+#include "engine/identify/diagram_types.hpp"
 #include "engine/projection/projection.hpp"
 #include "engine/run/parallel.hpp"
 
@@ -25,8 +26,9 @@ constexpr double kWide = 1e-9;
 class RegionTyping {
  public:
   RegionTyping(std::span<const Point> chain, const Arrangement& arrangement,
-               std::span<const std::optional<InnerPoint>> inner, CodeTypes& types, const Run& run)
-      : chain_(chain), arrangement_(arrangement), inner_(inner), types_(types), run_(run) {}
+               std::span<const std::optional<InnerPoint>> inner, const Identification& identify,
+               const Run& run)
+      : chain_(chain), arrangement_(arrangement), inner_(inner), identify_(identify), run_(run) {}
 
   std::optional<std::vector<RegionType>> decide() {
     regions_.resize(inner_.size());
@@ -39,9 +41,9 @@ class RegionTyping {
 
  private:
   struct Worker {
-    explicit Worker(CodeTypes& shared) : types(shared) {}
+    explicit Worker(const Identification& identify) : types(identify) {}
 
-    WorkerCodeTypes types;
+    DiagramTypes types;
     CodeReduction reduction;
   };
 
@@ -86,7 +88,7 @@ class RegionTyping {
     const std::size_t pieces = (faces.size() + sharing.batch - 1) / sharing.batch;
     std::vector<std::unique_ptr<Worker>> workers;
     for (unsigned k = 0; k < worker_count(run_, pieces); ++k)
-      workers.push_back(std::make_unique<Worker>(types_));
+      workers.push_back(std::make_unique<Worker>(identify_));
     std::vector<char> known(inner_.size(), 0);  // bytes, which threads may write side by side
     for_each_piece(run_, pieces, [&](std::size_t piece, unsigned worker) {
       const std::size_t from = piece * sharing.batch;
@@ -148,7 +150,7 @@ class RegionTyping {
   const std::span<const Point> chain_;
   const Arrangement& arrangement_;
   const std::span<const std::optional<InnerPoint>> inner_;
-  CodeTypes& types_;
+  const Identification& identify_;
   const Run& run_;
   std::vector<RegionType> regions_;
   std::vector<bool> known_;
@@ -159,8 +161,9 @@ class RegionTyping {
 
 std::optional<std::vector<RegionType>> region_types(
     std::span<const Point> chain, const Arrangement& arrangement,
-    std::span<const std::optional<InnerPoint>> inner, CodeTypes& types, const Run& run) {
-  return RegionTyping(chain, arrangement, inner, types, run).decide();
+    std::span<const std::optional<InnerPoint>> inner, const Identification& identify,
+    const Run& run) {
+  return RegionTyping(chain, arrangement, inner, identify, run).decide();
 }
 
 }  // namespace korvex

@@ -6,7 +6,8 @@
 #include <span>
 #include <vector>
 
-#include "engine/identify/code_types.hpp"
+#include "engine/identify/identify.hpp"
+#include "engine/identify/identity_table.hpp"
 #include "engine/sphere/arrangement.hpp"
 #include "engine/sphere/inner_point.hpp"
 #include "korvex/geometry.hpp"
@@ -15,16 +16,17 @@
 namespace korvex {
 
 struct RegionType {
-  CodeType type;
+  DiagramType type;
   Point direction;
   bool in_doubt = false;  // too thin: type and direction are those of a neighbour
 };
 
 // The types of all faces of the arrangement that `chain` draws, `inner` being the best point inside
 // of each. Nothing where a face that is not thin is seen degenerately from all its points: the
-// chain touches itself. The types' numbers are those of `types`.
+// chain touches itself.
 std::optional<std::vector<RegionType>> region_types(
     std::span<const Point> chain, const Arrangement& arrangement,
-    std::span<const std::optional<InnerPoint>> inner, CodeTypes& types, const Run& run);
+    std::span<const std::optional<InnerPoint>> inner, const Identification& identify,
+    const Run& run);
 
 }  // namespace korvex

@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <memory>
+#include <utility>
 
 #include "engine/closures/reduced_chain.hpp"
-#include "engine/closures/voting.hpp"
+#include "engine/closures/tally.hpp"
+#include "engine/closures/votes.hpp"
 #include "engine/diagram/code_reduction.hpp"
-#include "engine/identify/identification.hpp"
+#include "engine/identify/diagram_types.hpp"
 #include "engine/projection/projection.hpp"
 #include "engine/run/parallel.hpp"
 #include "geometry/unit_scale.hpp"
@@ -25,7 +27,7 @@ class Voting {
  public:
   Voting(const Identification& identify, std::span<const Point> chain, const VoteOptions& options,
          const Run& run, const Sharing& sharing)
-      : chain_(chain), options_(options), run_(run), sharing_(sharing), types_(identify) {
+      : identify_(identify), chain_(chain), options_(options), run_(run), sharing_(sharing) {
     check();
   }
 
@@ -41,16 +43,12 @@ class Voting {
   }
 
  private:
-  struct Count {
-    std::size_t votes = 0;
-    std::size_t proven = 0;
-  };
-
   struct Worker {
-    explicit Worker(CodeTypes& shared) : types(shared) {}
+    explicit Worker(const Identification& identify) : types(identify) {}
 
-    WorkerCodeTypes types;
+    DiagramTypes types;
     CodeReduction reduction;
+    Tally<std::size_t> tally;  // of votes that are not in that of all yet
   };
 
   void check() const {
@@ -64,25 +62,16 @@ class Voting {
   }
 
   Worker& worker(unsigned number) {
-    while (workers_.size() <= number) workers_.push_back(std::make_unique<Worker>(types_));
+    while (workers_.size() <= number) workers_.push_back(std::make_unique<Worker>(identify_));
     return *workers_[number];
-  }
-
-  void count(const CodeType& type) {
-    ++total_;
-    ++crossings_[static_cast<std::size_t>(type.crossings)];
-    const auto number = static_cast<std::size_t>(type.number);
-    if (counts_.size() <= number) counts_.resize(number + 1);
-    ++counts_[number].votes;
-    if (type.proven) ++counts_[number].proven;
   }
 
   void cast_one() {
     if (options_.closure == Closure::kOut) {
-      count(type_of(ends_away_from_centre(), chain_, worker(0), run_));
+      tally_.add(type_of(ends_away_from_centre(), chain_, worker(0), run_), 1);
     } else {
       ring_ = examine_ring(chain_, part_of(run_, 0, kExamined));
-      count(worker(0).types.of_closed(ring_->simplified.code(), run_));
+      tally_.add(worker(0).types.of_closed(ring_->simplified.code(), run_), 1);
     }
     if (run_.progress) run_.progress(1);
   }
@@ -103,20 +92,23 @@ class Voting {
 
   void cast_until_settled() {
     for (std::size_t block = 0; !settled(); ++block) {
-      const double done = static_cast<double>(total_) / static_cast<double>(options_.most_trials);
-      const double next =
-          static_cast<double>(total_ + kLattice) / static_cast<double>(options_.most_trials);
-      cast_block(kLattice, block, part_of(run_, done, std::min(next, 1.0)));
+      const auto part = [&](std::size_t votes) {
+        return static_cast<double>(votes) / static_cast<double>(options_.most_trials);
+      };
+      cast_block(
+          kLattice, block,
+          part_of(run_, part(tally_.total()), std::min(part(tally_.total() + kLattice), 1.0)));
     }
     if (run_.progress) run_.progress(1);
   }
 
   bool settled() const {
-    if (total_ == 0) return false;
-    if (total_ + kLattice > options_.most_trials) return true;
+    const std::size_t total = tally_.total();
+    if (total == 0) return false;
+    if (total + kLattice > options_.most_trials) return true;
     bool narrow = true;
-    for (const Count& count : counts_) {
-      const Interval interval = wilson_interval(count.votes, total_);
+    for (const auto& [type, votes] : tally_.types()) {
+      const Interval interval = wilson_interval(votes.all, total);
       if (interval.low > 0.5) return true;
       narrow = narrow && interval.high - interval.low <= 2 * options_.tolerance;
     }
@@ -131,21 +123,21 @@ class Voting {
         worth ? reduced_for(ends, chain_, run) : std::vector<Point>(chain_.begin(), chain_.end());
     const std::size_t pieces = (trials + sharing_.batch - 1) / sharing_.batch;
     for (unsigned k = 0; k < worker_count(run, pieces); ++k) worker(k);
-    std::vector<CodeType> found(trials);
     for_each_piece(run, pieces, [&](std::size_t piece, unsigned number) {
       const std::size_t from = piece * sharing_.batch;
       const auto own = std::span(ends).subspan(from, std::min(sharing_.batch, trials - from));
       const std::vector<Point> reduced = reduced_for(own, shared, run);
       for (std::size_t k = 0; k < own.size(); ++k) {
         throw_if_cancelled(run);
-        found[from + k] = type_of(own[k], reduced, *workers_[number], run);
+        Worker& worker = *workers_[number];
+        worker.tally.add(type_of(own[k], reduced, worker, run), 1);
       }
     });
-    for (const CodeType& type : found) count(type);
+    for (const auto& worker : workers_) tally_.add(std::exchange(worker->tally, {}));
   }
 
-  static CodeType type_of(const Ends& ends, std::span<const Point> chain, Worker& worker,
-                          const Run& run) {
+  static DiagramType type_of(const Ends& ends, std::span<const Point> chain, Worker& worker,
+                             const Run& run) {
     if (chain.empty()) return {};
     const GeneralView view = general_view(chain, ends.first, Curve::kOpen, run);
     const auto last = static_cast<std::int32_t>(chain.size()) - 1;
@@ -157,31 +149,23 @@ class Voting {
 
   Votes result() const {
     Votes votes;
-    votes.trials = total_;
-    votes.crossings = crossings_;
+    votes.trials = tally_.total();
+    votes.crossings = tally_.crossings();
     votes.ring = ring_;
-    for (std::size_t number = 0; number < counts_.size(); ++number) {
-      const Count& count = counts_[number];
-      if (count.votes == 0) continue;
-      votes.types.push_back({types_.names()[number], count.votes,
-                             static_cast<double>(count.votes) / static_cast<double>(total_),
-                             wilson_interval(count.votes, total_), count.proven});
-    }
-    std::sort(votes.types.begin(), votes.types.end(), [](const TypeVotes& a, const TypeVotes& b) {
-      return a.count != b.count ? a.count > b.count : a.type < b.type;
-    });
+    for (auto& [type, count] : tally_.ranked())
+      votes.types.push_back({type, count.all,
+                             static_cast<double>(count.all) / static_cast<double>(votes.trials),
+                             wilson_interval(count.all, votes.trials), count.proven});
     return votes;
   }
 
+  const Identification& identify_;
   const std::span<const Point> chain_;
   const VoteOptions options_;
   const Run& run_;
   const Sharing sharing_;
-  CodeTypes types_;
   std::vector<std::unique_ptr<Worker>> workers_;
-  std::size_t total_ = 0;
-  std::vector<Count> counts_;
-  std::map<std::size_t, std::size_t> crossings_;
+  Tally<std::size_t> tally_;
   std::optional<RingReport> ring_;
 };
 
@@ -193,7 +177,7 @@ Votes vote_with(const Identification& identify, std::span<const Point> chain,
 }
 
 Votes vote(std::span<const Point> chain, const VoteOptions& options, const Run& run) {
-  return vote_with(identified_name, chain, options, run);
+  return vote_with(usual_identification(run), chain, options, run);
 }
 
 }  // namespace korvex

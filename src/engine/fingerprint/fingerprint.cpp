@@ -2,13 +2,14 @@
 
 #include <algorithm>
 #include <atomic>
-#include <numeric>
+#include <map>
 #include <optional>
 #include <string>
 #include <utility>
 
 #include "engine/fingerprint/fingerprint_data.hpp"
-#include "engine/identify/identification.hpp"
+#include "engine/identify/diagram_types.hpp"
+#include "engine/identify/type_numbers.hpp"
 #include "engine/projection/projection.hpp"
 #include "engine/run/parallel.hpp"
 #include "korvex/error.hpp"
@@ -42,22 +43,24 @@ class Budget {
 
 // One worker's share of the votes.
 struct Worker {
-  Worker(std::span<const std::int32_t> stations, CodeTypes& shared, Budget& of_all,
+  Worker(std::span<const std::int32_t> stations, const Identification& identify, Budget& of_all,
          std::stop_token stop)
       : classes(stations, std::move(stop)),
-        types(shared),
+        types(identify),
         counts(stations.size()),
         budget(of_all) {}
 
-  void count(Stations begins, Stations ends, std::int32_t type) {
-    if (type == kUnknotNumber) return;
+  void count(Stations begins, Stations ends, const DiagramType& diagram) {
+    const std::int32_t type = numbers.of(diagram.name);
+    if (type == TypeNumbers::kUnknot) return;
     const std::size_t before = counts.bytes();
     counts.add(type, begins, ends);
     if (counts.bytes() != before) budget.take(counts.bytes() - before);
   }
 
   SubChainClasses classes;
-  WorkerCodeTypes types;
+  DiagramTypes types;
+  TypeNumbers numbers;
   TypeCounts counts;
   Budget& budget;
 };
@@ -65,8 +68,8 @@ struct Worker {
 class Computation {
  public:
   Computation(const Identification& identify, std::span<const Point> chain,
-              const FingerprintOptions& options, const Run& run)
-      : chain_(chain), options_(options), run_(run), types_(identify) {
+              const FingerprintOptions& options, const Run& run, SubChains sub_chains)
+      : identify_(identify), chain_(chain), options_(options), run_(run), sub_chains_(sub_chains) {
     check();
     place_stations();
     ends_ = sampled_ends(options.closure, options.sampling, options.directions, run.seed);
@@ -77,7 +80,8 @@ class Computation {
     std::vector<Worker> workers;
     const unsigned count = worker_count(run_, ends_.size());
     workers.reserve(count);
-    for (unsigned k = 0; k < count; ++k) workers.emplace_back(stations_, types_, budget, run_.stop);
+    for (unsigned k = 0; k < count; ++k)
+      workers.emplace_back(stations_, identify_, budget, run_.stop);
     for_each_piece(run_, ends_.size(), [&](std::size_t trial, unsigned worker) {
       vote(ends_[trial], workers[worker]);
     });
@@ -105,11 +109,11 @@ class Computation {
 
   void vote(const Ends& ends, Worker& worker) const {
     const GeneralView view = general_view(chain_, ends.first, Curve::kOpen, run_);
-    if (options_.every_sub_chain) {
+    if (sub_chains_ == SubChains::kOneByOne) {
       vote_one_by_one(view, ends, worker);
     } else if (options_.closure == Closure::kRays) {
       const auto count = [&](Stations begins, Stations last, const GaussCode& code) {
-        worker.count(begins, last, worker.types.of_open(code, run_).number);
+        worker.count(begins, last, worker.types.of_open(code, run_));
       };
       worker.classes.visit_triangle(view.projection.code(), count);
     } else {
@@ -119,7 +123,7 @@ class Computation {
 
   void vote_by_columns(const GeneralView& view, const Ends& ends, Worker& worker) const {
     const auto count = [&](Stations begins, Stations last, const GaussCode& code) {
-      worker.count(begins, last, worker.types.of_open(code, run_).number);
+      worker.count(begins, last, worker.types.of_open(code, run_));
     };
     for (std::size_t end = 1; end < stations_.size(); ++end)
       worker.classes.visit_column(led_away(chain_, view, stations_[end], ends.last, run_).code,
@@ -142,35 +146,33 @@ class Computation {
         const GeneralView own{view.direction, Projection(part, view.direction), {}};
         const GaussCode code =
             away ? led_away(part, own, length, away->onward).code : own.projection.code();
-        const std::int32_t type = worker.types.of_closed(closed_over(code), run_).number;
-        worker.count({begin, begin}, {end, end}, type);
+        worker.count({begin, begin}, {end, end}, worker.types.of_closed(closed_over(code), run_));
       }
     }
   }
 
   // Types in the order of their counts, so that it does not matter which worker found which first.
+  static TypeNumbers ranked(const std::vector<Worker>& workers) {
+    std::map<std::string, std::uint64_t> totals;
+    for (const Worker& worker : workers)
+      for (std::size_t type = 1; type < worker.numbers.names().size(); ++type)
+        totals[worker.numbers.names()[type]] += worker.counts.total(type);
+    std::vector<std::pair<std::string, std::uint64_t>> order(totals.begin(), totals.end());
+    std::stable_sort(order.begin(), order.end(),
+                     [](const auto& a, const auto& b) { return a.second > b.second; });
+    TypeNumbers ranks;
+    for (const auto& [name, total] : order) ranks.of(name);
+    return ranks;
+  }
+
   Fingerprint collected(std::vector<Worker>& workers) {
-    const std::vector<std::string>& names = types_.names();
-    std::vector<std::uint64_t> totals(names.size());
-    for (std::size_t type = 0; type < names.size(); ++type)
-      for (const Worker& worker : workers) totals[type] += worker.counts.total(type);
-    std::vector<std::int32_t> order(names.size());
-    std::iota(order.begin(), order.end(), 0);
-    std::sort(order.begin() + 1, order.end(), [&](std::int32_t a, std::int32_t b) {
-      const auto x = static_cast<std::size_t>(a);
-      const auto y = static_cast<std::size_t>(b);
-      return totals[x] != totals[y] ? totals[x] > totals[y] : names[x] < names[y];
-    });
+    TypeNumbers ranks = ranked(workers);
     auto data = std::make_shared<Fingerprint::Data>(
-        Fingerprint::Data{options_, std::move(stations_), {}, TypeCounts(0)});
-    std::vector<std::int32_t> renamed(names.size());
-    for (std::size_t rank = 0; rank < order.size(); ++rank) {
-      const auto type = static_cast<std::size_t>(order[rank]);
-      renamed[type] = static_cast<std::int32_t>(rank);
-      data->types.push_back(names[type]);
-    }
+        Fingerprint::Data{options_, std::move(stations_), ranks.names(), TypeCounts(0)});
     data->counts = TypeCounts(data->stations.size());
     for (Worker& worker : workers) {
+      std::vector<std::int32_t> renamed;
+      for (const std::string& name : worker.numbers.names()) renamed.push_back(ranks.of(name));
       data->counts.add(worker.counts, renamed);
       worker.counts = TypeCounts(0);
     }
@@ -183,10 +185,11 @@ class Computation {
     return stations_[static_cast<std::size_t>(station)];
   }
 
+  const Identification& identify_;
   const std::span<const Point> chain_;
   const FingerprintOptions options_;
   const Run& run_;
-  CodeTypes types_;
+  const SubChains sub_chains_;
   std::vector<std::int32_t> stations_;
   std::vector<Ends> ends_;
 };
@@ -232,13 +235,14 @@ Fingerprint::Vote Fingerprint::dominant(std::size_t begin, std::size_t end) cons
 }
 
 Fingerprint fingerprint_with(const Identification& identify, std::span<const Point> chain,
-                             const FingerprintOptions& options, const Run& run) {
-  return Computation(identify, chain, options, run).compute();
+                             const FingerprintOptions& options, const Run& run,
+                             SubChains sub_chains) {
+  return Computation(identify, chain, options, run, sub_chains).compute();
 }
 
 Fingerprint fingerprint(std::span<const Point> chain, const FingerprintOptions& options,
                         const Run& run) {
-  return fingerprint_with(identified_name, chain, options, run);
+  return fingerprint_with(usual_identification(run), chain, options, run);
 }
 
 }  // namespace korvex

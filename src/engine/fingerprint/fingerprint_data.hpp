@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "engine/fingerprint/type_counts.hpp"
-#include "engine/identify/code_types.hpp"
+#include "engine/identify/identify.hpp"
 #include "korvex/fingerprint.hpp"
 
 namespace korvex {
@@ -18,8 +18,16 @@ struct Fingerprint::Data {
   TypeCounts counts;  // by type; summed up, so that those of all knots stand in the unknot's place
 };
 
-// As the public function, with another identification of reduced diagrams.
+enum class SubChains {
+  kInClasses,  // decided together where their type must be the same
+  // Each decided for itself in every direction: the same answer in hundreds of times the time, to
+  // check the fast way.
+  kOneByOne,
+};
+
+// As the public function, with another identification of diagrams.
 Fingerprint fingerprint_with(const Identification& identify, std::span<const Point> chain,
-                             const FingerprintOptions& options, const Run& run);
+                             const FingerprintOptions& options, const Run& run,
+                             SubChains sub_chains = SubChains::kInClasses);
 
 }  // namespace korvex

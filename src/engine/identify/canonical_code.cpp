@@ -11,18 +11,38 @@ namespace {
 using Words = std::vector<std::uint32_t>;
 
 // How far on the other passage is, which side passes over, and the sign.
+std::uint32_t word_of(const GaussCode& code, std::size_t place) {
+  const Passage& passage = code[place];
+  const auto mate = static_cast<std::size_t>(passage.mate);
+  const std::size_t ahead = mate > place ? mate - place : mate + code.size() - place;
+  return static_cast<std::uint32_t>(ahead) << 2 | static_cast<std::uint32_t>(passage.over) << 1 |
+         static_cast<std::uint32_t>(passage.positive);
+}
+
 Words words_of(const GaussCode& code) {
-  const auto size = static_cast<std::int32_t>(code.size());
   Words words;
   words.reserve(code.size());
-  for (std::int32_t k = 0; k < size; ++k) {
-    const Passage& passage = code[static_cast<std::size_t>(k)];
-    const std::int32_t ahead = passage.mate > k ? passage.mate - k : passage.mate - k + size;
-    words.push_back(static_cast<std::uint32_t>(ahead) << 2 |
-                    static_cast<std::uint32_t>(passage.over) << 1 |
-                    static_cast<std::uint32_t>(passage.positive));
-  }
+  for (std::size_t k = 0; k < code.size(); ++k) words.push_back(word_of(code, k));
   return words;
+}
+
+// Appends `size` words, word_at(0), word_at(1), ..., from the lowest byte up.
+template <int kBytes, typename WordAt>
+void append_bytes(std::size_t size, const WordAt& word_at, std::string& text) {
+  const std::size_t begin = text.size();
+  text.resize(begin + size * kBytes);
+  char* to = text.data() + begin;
+  for (std::size_t k = 0; k < size; ++k) {
+    const std::uint32_t word = word_at(k);
+    for (int byte = 0; byte < kBytes; ++byte) *to++ = static_cast<char>(word >> (8 * byte) & 0xff);
+  }
+}
+
+template <typename WordAt>
+void append_words(std::size_t size, const WordAt& word_at, std::string& text) {
+  constexpr std::size_t kTooLongForTwo = 0x2000;
+  size < kTooLongForTwo ? append_bytes<2>(size, word_at, text)
+                        : append_bytes<4>(size, word_at, text);
 }
 
 // Against the sense of the curve the other passage is as far on as it was behind.
@@ -58,11 +78,17 @@ Words canonical_words(const GaussCode& closed) {
 
 }  // namespace
 
+void write_key(const GaussCode& code, KeyOf what, std::string& key) {
+  key.assign(1, static_cast<char>(what));
+  append_words(
+      code.size(), [&](std::size_t k) { return word_of(code, k); }, key);
+}
+
 std::string canonical_code(const GaussCode& closed) {
-  const int bytes = closed.size() < 0x2000 ? 2 : 4;
+  const Words words = canonical_words(closed);
   std::string code;
-  for (const std::uint32_t word : canonical_words(closed))
-    for (int k = 0; k < bytes; ++k) code += static_cast<char>(word >> (8 * k) & 0xff);
+  append_words(
+      words.size(), [&](std::size_t k) { return words[k]; }, code);
   return code;
 }
 

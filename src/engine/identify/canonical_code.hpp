@@ -1,4 +1,5 @@
-// Gauss codes that do not depend on where the curve begins and which way it runs.
+// Gauss codes as bytes, and those that do not depend on where the curve begins and which way it
+// runs.
 #pragma once
 
 #include <string>
@@ -6,6 +7,12 @@
 #include "korvex/gauss_code.hpp"
 
 namespace korvex {
+
+// What is remembered of a code. The numbers keep the keys of equal codes apart.
+enum class KeyOf : char { kOpenCode, kHandOfClosed, kTypeOfClosed };
+
+// `key` becomes equal for codes that differ in their segments alone, asked the same. O(length).
+void write_key(const GaussCode& code, KeyOf what, std::string& key);
 
 // Equal for codes that differ by their beginning, their sense or their segments alone. Two bytes a
 // passage below 8192 passages, else four. O(length^2) at worst, O(length) for most.

@@ -3,13 +3,13 @@
 #include <algorithm>
 #include <map>
 #include <mutex>
-#include <shared_mutex>
 #include <unordered_map>
 #include <utility>
 
 #include "engine/diagram/prime_parts.hpp"
 #include "engine/identify/canonical_code.hpp"
 #include "engine/identify/diagram_search.hpp"
+#include "engine/identify/identity_table.hpp"
 #include "engine/invariants/of_codes.hpp"
 #include "korvex/colourings.hpp"
 #include "korvex/homfly.hpp"
@@ -264,47 +264,32 @@ KnotIdentity identify_anew(const GaussCode& code, Detail detail, const Run& run)
   return sum_of(std::move(summands));
 }
 
-// What was found before, by canonical code. When it is full it is emptied.
-class Memory {
- public:
-  std::optional<KnotIdentity> find(const std::string& code) const {
-    const std::shared_lock lock(mutex_);
-    const auto found = known_.find(code);
-    if (found == known_.end()) return std::nullopt;
-    return found->second;
-  }
-
-  void keep(std::string code, const KnotIdentity& identity) {
-    constexpr std::size_t kMost = 100'000;
-    const std::unique_lock lock(mutex_);
-    if (known_.size() >= kMost) known_.clear();
-    known_.emplace(std::move(code), identity);
-  }
-
- private:
-  mutable std::shared_mutex mutex_;
-  std::unordered_map<std::string, KnotIdentity> known_;
-};
-
 }  // namespace
 
-KnotIdentity identify_simplified(const GaussCode& closed, Detail detail, const Run& run) {
-  constexpr std::size_t kMostCrossingsToRemember = 64;
+KnotIdentity Identification::operator()(const GaussCode& closed) const {
+  constexpr std::size_t kMostCrossingsToTurn = 64;
   const std::size_t crossings = closed.size() / 2;
   if (crossings <= 2) return unknot();
-  if (crossings > kMostCrossingsToRemember) return identify_anew(closed, detail, run);
-  static Memory memories[2];
-  Memory& memory = memories[detail == Detail::kHand ? 0 : 1];
-  std::string code = canonical_code(closed);
-  if (auto known = memory.find(code)) return *known;
-  // What is found, and which polynomials were in reach, must not depend on which code came first.
-  KnotIdentity identity = identify_anew(canonical_diagram(closed), detail, run);
-  memory.keep(std::move(code), identity);
+  // What is found, and which polynomials were in reach, must not depend on which code of a diagram
+  // came first.
+  const GaussCode code = crossings > kMostCrossingsToTurn ? closed : canonical_diagram(closed);
+  std::string key;
+  write_key(code, detail == Detail::kHand ? KeyOf::kHandOfClosed : KeyOf::kTypeOfClosed, key);
+  if (auto known = cache.table().find(key)) return *std::move(known);
+  KnotIdentity identity = identify(code);
+  cache.table().keep(key, identity);
   return identity;
 }
 
+Identification usual_identification(const Run& run, Detail detail) {
+  return {[detail, asked = Run{.stop = run.stop}](const GaussCode& code) {
+            return identify_anew(code, detail, asked);
+          },
+          identities_of(run), detail};
+}
+
 KnotIdentity identify(const Diagram& diagram, Detail detail, const Run& run) {
-  return identify_simplified(diagram.simplified(run).code(), detail, run);
+  return usual_identification(run, detail)(diagram.simplified(run).code());
 }
 
 }  // namespace korvex

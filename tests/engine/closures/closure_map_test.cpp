@@ -10,6 +10,7 @@
 
 #include "engine/closures/closure_mapping.hpp"
 #include "engine/invariants/of_codes.hpp"
+#include "engine/named_diagrams.hpp"
 #include "engine/random_chains.hpp"
 #include "korvex/diagram.hpp"
 #include "korvex/directions.hpp"
@@ -33,7 +34,7 @@ ClosureMap map_of(std::span<const Point> chain) { return closure_map(chain).valu
 
 // Knots by their Alexander keys: as good as types to compare shares by, and faster.
 ClosureMap keys_of(std::span<const Point> chain, const korvex::Run& run = {}) {
-  return closure_map_with(key_name, chain, {}, run).value();
+  return closure_map_with(NamedDiagrams(key_name), chain, {}, run).value();
 }
 
 Shares shares_of(const ClosureMap& map) {
@@ -314,9 +315,9 @@ TEST(ClosureMap, IsTheSameOnAnyNumberOfThreads) {
 TEST(ClosureMap, IsNotDrawnBeyondTheLimitOfRegions) {
   const auto chain = compact_walk(12, 60);
   const std::size_t regions = keys_of(chain).regions.size();
-  EXPECT_TRUE(closure_map_with(key_name, chain, {.most_regions = regions}));
-  EXPECT_FALSE(closure_map_with(key_name, chain, {.most_regions = regions - 1}));
-  EXPECT_FALSE(closure_map_with(key_name, chain, {.most_regions = 3}));
+  EXPECT_TRUE(closure_map_with(NamedDiagrams(key_name), chain, {.most_regions = regions}));
+  EXPECT_FALSE(closure_map_with(NamedDiagrams(key_name), chain, {.most_regions = regions - 1}));
+  EXPECT_FALSE(closure_map_with(NamedDiagrams(key_name), chain, {.most_regions = 3}));
   EXPECT_THROW(closure_map(chain, {.most_regions = 0}), Error);
 }
 

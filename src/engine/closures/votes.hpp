@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <span>
 
-#include "engine/identify/code_types.hpp"
+#include "engine/identify/identify.hpp"
 #include "korvex/votes.hpp"
 
 namespace korvex {
@@ -19,7 +19,7 @@ struct Sharing {
   std::size_t fewest_points = 600;
 };
 
-// As the public function, with another identification of reduced diagrams.
+// As the public function, with another identification of diagrams.
 Votes vote_with(const Identification& identify, std::span<const Point> chain,
                 const VoteOptions& options, const Run& run, const Sharing& sharing = {});
 
