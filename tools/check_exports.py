@@ -3,9 +3,9 @@
 
 usage: check_exports.py MACRO LIBRARY HEADER... [-- COMPILER-OPTION...]
 
-Declared are the functions, methods and variables that the headers mark with MACRO and give no
-body, with their parameter types; exported is what `nm -D --defined-only` lists. A function without
-any mark is out of every host's reach and reported. Any library may also export the type
+Declared are the functions, methods and variables that the headers mark with MACRO and neither
+delete nor give a body, with their parameter types; exported is what `nm -D --defined-only` lists. A
+function without any mark is out of every host's reach and reported. Any library may also export the type
 information and the virtual table of a class with a mark. Exit status 1 when the two differ, 2 when
 a header does not parse or nothing is declared.
 
@@ -19,7 +19,7 @@ import subprocess
 import sys
 
 from clang import cindex
-from clang.cindex import CursorKind
+from clang.cindex import AvailabilityKind, CursorKind
 
 CLASSES = {CursorKind.CLASS_DECL, CursorKind.STRUCT_DECL}
 SCOPES = CLASSES | {CursorKind.NAMESPACE, CursorKind.LINKAGE_SPEC, CursorKind.UNEXPOSED_DECL}
@@ -70,7 +70,8 @@ class Declarations:
                     self.allow_class(cursor)
                 self.collect(cursor, headers, mine and cursor.kind in CLASSES)
             elif cursor.kind in ENTITIES and mine:
-                bodied = cursor.is_definition() or cursor.is_default_method()
+                deleted = cursor.availability == AvailabilityKind.NOT_AVAILABLE
+                bodied = cursor.is_definition() or cursor.is_default_method() or deleted
                 if not bodied:
                     self.required.add(cursor.mangled_name)
 
