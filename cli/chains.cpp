@@ -4,6 +4,7 @@
 #include <new>
 
 #include "korvex/error.hpp"
+#include "korvex/report.hpp"
 #include "read_notes.hpp"
 
 namespace korvex::cli {
@@ -30,14 +31,6 @@ Source source_named(const std::string& name) {
                         name);
   is_read = true;
   return Source::stream(std::cin, "standard input");
-}
-
-std::string title_of(const Chain& chain) {
-  std::string title = chain.source;
-  if (chain.model != 1) title += " model " + std::to_string(chain.model);
-  if (!chain.name.empty()) title += " chain " + chain.name;
-  if (chain.part != 0) title += " part " + std::to_string(chain.part);
-  return title;
 }
 
 Exit for_each_chain(const std::vector<std::string>& files, const ReadOptions& read,

@@ -13,9 +13,6 @@ namespace korvex::cli {
 // A file, or standard input for "-".
 Source source_named(const std::string& name);
 
-// "FILE", with model and chain where the file has them.
-std::string title_of(const Chain& chain);
-
 // Throws Error for a closed chain.
 void require_open(const Chain& chain);
 

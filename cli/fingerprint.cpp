@@ -1,5 +1,6 @@
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -8,7 +9,7 @@
 #include "commands.hpp"
 #include "engine_options.hpp"
 #include "korvex/error.hpp"
-#include "korvex/save.hpp"
+#include "korvex/report.hpp"
 #include "options.hpp"
 #include "output_file.hpp"
 #include "progress.hpp"
@@ -17,12 +18,7 @@
 namespace korvex::cli {
 namespace {
 
-enum class Format { kByName, kNpz, kTsv, kJson, kMatrix };
-
-const Choices<Format> kFormats = {{"npz", Format::kNpz},
-                                  {"tsv", Format::kTsv},
-                                  {"json", Format::kJson},
-                                  {"matrix", Format::kMatrix}};
+const Choices<ReportFormat> kFormats = choices_of(fingerprint_formats());
 
 struct Options {
   std::string file;
@@ -30,16 +26,15 @@ struct Options {
   ReadOptions read;
   FingerprintOptions fingerprint;
   Run run;
-  Format format = Format::kByName;
+  std::optional<ReportFormat> format;  // by the name of the output
 };
 
-Format format_for(const Options& options) {
-  if (options.format != Format::kByName) return options.format;
+ReportFormat format_for(const Options& options) {
+  if (options.format) return *options.format;
   const std::string extension = std::filesystem::path(options.output).extension().string();
-  if (extension == ".npz") return Format::kNpz;
-  if (extension == ".tsv") return Format::kTsv;
-  if (extension == ".json") return Format::kJson;
-  return Format::kMatrix;
+  for (const auto& [name, format] : kFormats)
+    if (extension == "." + name) return format;
+  return ReportFormat::kMatrix;
 }
 
 // The one chain that the options select.
@@ -62,20 +57,6 @@ Chain only_chain(const Options& options) {
       options.file + ": choose one of its chains by --model, --chain and --residues: " + names);
 }
 
-void write(const Fingerprint& fingerprint, const Chain& chain, Format format, std::ostream& out) {
-  switch (format) {
-    case Format::kNpz:
-      return write_npz(fingerprint, chain.residues, out);
-    case Format::kTsv:
-      return write_tsv(fingerprint, chain.residues, out);
-    case Format::kJson:
-      return write_json(fingerprint, chain.residues, out);
-    case Format::kMatrix:
-    case Format::kByName:
-      return write_matrix(fingerprint, chain.residues, out);
-  }
-}
-
 Exit fingerprint_of_file(const Options& options) {
   refuse_to_replace(options.file, options.output);
   OutputFile output(options.output);
@@ -93,8 +74,8 @@ Exit fingerprint_of_file(const Options& options) {
       progress.show_bar(title, fraction, directions, "directions");
     };
     run.progress(0);
-    write(fingerprint(chain.points, options.fingerprint, run), chain, format_for(options),
-          output.stream());
+    write_fingerprint(fingerprint(chain.points, options.fingerprint, run), chain.residues,
+                      format_for(options), output.stream());
   }
   output.publish();
   return Exit::kDone;

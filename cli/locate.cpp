@@ -2,7 +2,6 @@
 
 #include <iostream>
 #include <memory>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -10,18 +9,14 @@
 #include "command.hpp"
 #include "commands.hpp"
 #include "engine_options.hpp"
-#include "korvex/save.hpp"
+#include "korvex/report.hpp"
 #include "options.hpp"
 #include "progress.hpp"
 
 namespace korvex::cli {
 namespace {
 
-const Choices<LocationFormat> kFormats = {{"text", LocationFormat::kText},
-                                          {"tsv", LocationFormat::kTsv},
-                                          {"json", LocationFormat::kJson},
-                                          {"pymol", LocationFormat::kPymol},
-                                          {"chimerax", LocationFormat::kChimerax}};
+const Choices<ReportFormat> kFormats = choices_of(location_formats());
 
 struct Options {
   std::vector<std::string> files;
@@ -29,14 +24,11 @@ struct Options {
   FingerprintOptions fingerprint;
   LocateOptions locate;
   Run run;
-  LocationFormat format = LocationFormat::kText;
+  ReportFormat format = ReportFormat::kText;
 };
 
 Exit run_locate(const Options& options) {
-  const bool as_array = options.format == LocationFormat::kJson;
-  std::ostringstream array;  // written whole or not at all
-  const char* separator = "";
-  write_location_head(options.format, std::cout);
+  LocationReport report(options.format, std::cout);
   const Exit exit = for_each_chain(options.files, options.read, [&](const Chain& chain) {
     require_open(chain);
     const std::string title = title_of(chain);
@@ -51,12 +43,10 @@ Exit run_locate(const Options& options) {
       run.progress(0);
       location = locate(fingerprint(chain.points, options.fingerprint, run), options.locate);
     }
-    if (as_array) array << separator;
-    separator = ", ";
-    write_location(location, chain, options.format, as_array ? array : std::cout);
+    report.add(chain, location);
     flush_output();
   });
-  if (as_array) std::cout << '[' << array.str() << "]\n";
+  report.finish();
   return exit;
 }
 

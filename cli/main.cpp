@@ -11,10 +11,13 @@
 #include "commands.hpp"
 #include "interrupt.hpp"
 #include "korvex/error.hpp"
+#include "korvex/quoting.hpp"
 
 namespace korvex::cli {
 
-void complain(const std::string& message) { std::cerr << "korvex: " + message + "\n"; }
+void complain(const std::string& message) {
+  std::cerr << "korvex: " + quoted_for_terminal(message) + "\n";
+}
 
 void flush_output() {
   std::cout.flush();

@@ -14,8 +14,8 @@
 namespace korvex::cli {
 
 // An option whose values are names. The help text lists them; any other is refused.
-template <typename Value>
-Option choice(const std::string& names, Value& value, const Choices<Value>& choices,
+template <typename Target, typename Value>
+Option choice(const std::string& names, Target& value, const Choices<Value>& choices,
               const std::string& help) {
   std::string listed;
   for (const auto& [name, unused] : choices) listed += (listed.empty() ? "" : "|") + name;

@@ -7,7 +7,7 @@
 #include "engine/fingerprint/fingerprint_data.hpp"
 #include "korvex/fingerprint.hpp"
 #include "korvex/locate.hpp"
-#include "korvex/save.hpp"
+#include "korvex/report.hpp"
 #include "points.hpp"
 
 namespace {
@@ -46,23 +46,21 @@ void check_places(const Fingerprint& fingerprint, const korvex::Chain& chain, do
         if (stations[to] - stations[from] < knot.core.last - knot.core.first)
           require(fingerprint.share(type, from, to) < threshold);
   }
-  for (const auto format :
-       {korvex::LocationFormat::kText, korvex::LocationFormat::kTsv, korvex::LocationFormat::kJson,
-        korvex::LocationFormat::kPymol, korvex::LocationFormat::kChimerax}) {
+  for (const auto format : korvex::location_formats()) {
     std::ostringstream out;
-    write_location_head(format, out);
-    write_location(location, chain, format, out);
+    korvex::LocationReport report(format, out);
+    report.add(chain, location);
+    report.finish();
     require(out.good());
   }
 }
 
 void check_formats(const Fingerprint& fingerprint, const korvex::Chain& chain) {
-  std::ostringstream npz, tsv, json, matrix;
-  write_npz(fingerprint, chain.residues, npz);
-  write_tsv(fingerprint, chain.residues, tsv);
-  write_json(fingerprint, chain.residues, json);
-  write_matrix(fingerprint, chain.residues, matrix);
-  require(npz.str().starts_with("PK") && json.str().starts_with("{"));
+  for (const auto format : korvex::fingerprint_formats()) {
+    std::ostringstream out;
+    write_fingerprint(fingerprint, chain.residues, format, out);
+    require(out.good() && !out.str().empty());
+  }
 }
 
 }  // namespace
@@ -78,6 +76,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   korvex::Run run;
   run.seed = bytes.take<std::uint8_t>();
   korvex::Chain chain;
+  chain.source = "points.xyz";
   chain.points = fuzz::points(bytes, kind, 12);
   for (std::size_t k = 0; k < chain.points.size(); ++k)
     chain.residues.push_back({static_cast<std::int32_t>(k) - 2, k % 5 == 3 ? 'B' : ' ', "GLY"});

@@ -18,6 +18,8 @@
 namespace korvex::cli::classic {
 namespace {
 
+const Choices<ReportFormat> kFormats = choices_of(vote_formats());
+
 struct Options {
   std::vector<std::string> files;
   ClosureCode closure = ClosureCode::kDirection;
@@ -90,7 +92,7 @@ Command knot_command() {
                "atoms at a distance of zero, below half or\n"
                "beyond 1.5 times the chain's median",
                &options->check});
-  command.add(choice("--format", options->format, kReportFormats,
+  command.add(choice("--format", options->format, kFormats,
                      "text, the ranked list with percentages; tsv and\n"
                      "json, the votes and share of every knot type too"));
   command.add(verbose_flag(options->verbose));

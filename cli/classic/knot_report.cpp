@@ -5,32 +5,9 @@
 #include <nlohmann/json.hpp>
 #include <utility>
 
+#include "korvex/quoting.hpp"
+
 namespace korvex::cli::classic {
-namespace {
-
-// A file's name as one field of a line.
-std::string field(const std::string& text) {
-  std::string result;
-  for (const char character : text) {
-    switch (character) {
-      case '\t':
-        result += "\\t";
-        break;
-      case '\n':
-        result += "\\n";
-        break;
-      case '\\':
-        result += "\\\\";
-        break;
-      default:
-        result += character;
-    }
-  }
-  return result;
-}
-
-}  // namespace
-
 KnotReport::KnotReport(std::ostream& out, ReportFormat format, KnotSettings settings)
     : out_(out), format_(format), settings_(std::move(settings)) {
   if (format_ == ReportFormat::kText) {
@@ -46,7 +23,7 @@ KnotReport::KnotReport(std::ostream& out, ReportFormat format, KnotSettings sett
 
 void KnotReport::add(const KnotResult& result) {
   if (format_ == ReportFormat::kText) {
-    out_ << fmt::format("{}: {}\n", field(result.file), result.answer.text);
+    out_ << fmt::format("{}: {}\n", quoted_for_terminal(result.file), result.answer.text);
   } else if (format_ == ReportFormat::kTsv) {
     add_tsv(result);
   } else {
@@ -62,9 +39,9 @@ void KnotReport::finish() {
 
 void KnotReport::add_tsv(const KnotResult& result) {
   for (const RankedKnot& vote : result.answer.ranking) {
-    out_ << fmt::format("{}\t{}\t{}\t{}\t{}\t{}\t{}\t{:.6g}\n", field(result.file), result.atoms,
-                        settings_.closure, settings_.trials, settings_.seed, vote.name, vote.votes,
-                        vote.share);
+    out_ << fmt::format("{}\t{}\t{}\t{}\t{}\t{}\t{}\t{:.6g}\n", quoted_for_tsv(result.file),
+                        result.atoms, settings_.closure, settings_.trials, settings_.seed,
+                        vote.name, vote.votes, vote.share);
   }
 }
 

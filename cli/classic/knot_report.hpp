@@ -6,18 +6,10 @@
 #include <ostream>
 #include <string>
 
-#include "choice.hpp"
 #include "classic/classic.hpp"
+#include "korvex/report.hpp"
 
 namespace korvex::cli::classic {
-
-enum class ReportFormat { kText, kTsv, kJson };
-
-inline const Choices<ReportFormat> kReportFormats = {
-    {"text", ReportFormat::kText},
-    {"tsv", ReportFormat::kTsv},
-    {"json", ReportFormat::kJson},
-};
 
 // What all answers of a run have in common.
 struct KnotSettings {
@@ -36,6 +28,7 @@ struct KnotResult {
 // Writes every answer as it comes. The output is well-formed once finish() was called.
 class KnotReport {
  public:
+  // Takes what vote_formats() lists.
   KnotReport(std::ostream& out, ReportFormat format, KnotSettings settings);
   void add(const KnotResult& result);
   void finish();

@@ -11,7 +11,7 @@
 
 #include "engine/fingerprint/fingerprint_data.hpp"
 #include "korvex/error.hpp"
-#include "korvex/save.hpp"
+#include "korvex/report.hpp"
 
 namespace korvex {
 namespace {
@@ -44,9 +44,18 @@ Chain labelled_chain() {
   return chain;
 }
 
-std::string written(const Location& location, LocationFormat format) {
+std::string written(const Location& location, ReportFormat format,
+                    const Chain& chain = labelled_chain()) {
   std::ostringstream out;
-  write_location(location, labelled_chain(), format, out);
+  LocationReport report(format, out);
+  report.add(chain, location);
+  report.finish();
+  return out.str();
+}
+
+std::string written(const Fingerprint& fingerprint, ReportFormat format) {
+  std::ostringstream out;
+  write_fingerprint(fingerprint, {}, format, out);
   return out.str();
 }
 
@@ -105,37 +114,33 @@ TEST(Locate, RefusesAThresholdThatIsNoShare) {
 
 TEST(WriteLocation, NamesResiduesAsTheFileDoes) {
   const Location location = locate(made({"0_1", "+3_1"}, {{1, {0, 5}, {10, 12}, 10}}));
-  EXPECT_EQ(written(location, LocationFormat::kText),
+  EXPECT_EQ(written(location, ReportFormat::kText),
             "some.pdb chain A: 0_1, share 1.00\n"
             "  +3_1: core 105A-110 (6 residues, share 1.00), tails 5 and 9 residues, in 18 "
             "sub-chains, the longest 100-112\n"
             "    slipknot: with residue 113 +3_1 becomes 0_1; loop 111-113, tail 113-119\n");
-  const auto json = nlohmann::json::parse(written(location, LocationFormat::kJson));
-  EXPECT_EQ(json["knots"][0]["core"]["begin"], "105A");
-  EXPECT_EQ(json["knots"][0]["core"]["begin_index"], 5);
-  EXPECT_EQ(json["knots"][0]["undone_after"]["residue"], "113");
-  EXPECT_NE(written(location, LocationFormat::kPymol).find("chain A and resi 105A-110"),
+  const auto json = nlohmann::json::parse(written(location, ReportFormat::kJson));
+  EXPECT_EQ(json[0]["knots"][0]["core"]["begin"], "105A");
+  EXPECT_EQ(json[0]["knots"][0]["core"]["begin_index"], 5);
+  EXPECT_EQ(json[0]["knots"][0]["undone_after"]["residue"], "113");
+  EXPECT_NE(written(location, ReportFormat::kPymol).find("chain A and resi 105-110"),
             std::string::npos);
-  EXPECT_NE(written(location, LocationFormat::kChimerax).find("color /A:105A-110 red"),
-            std::string::npos);
+  EXPECT_NE(written(location, ReportFormat::kChimerax).find("/A:105A-110 red"), std::string::npos);
   EXPECT_NE(
-      written(location, LocationFormat::kTsv).find("some.pdb\t1\tA\t+3_1\t105A\t110\t1\t0\t5\t9"),
+      written(location, ReportFormat::kTsv).find("some.pdb\t1\tA\t+3_1\t105A\t110\t1\t0\t5\t9"),
       std::string::npos);
 }
 
 TEST(WriteTsv, HasALineForEveryTypeOfAKnottedSubChain) {
-  std::ostringstream out;
-  write_tsv(made({"0_1", "+3_1"}, {{1, {2, 2}, {9, 9}, 4}}), {}, out);
-  EXPECT_EQ(out.str(),
+  EXPECT_EQ(written(made({"0_1", "+3_1"}, {{1, {2, 2}, {9, 9}, 4}}), ReportFormat::kTsv),
             "begin\tend\ttype\tvotes\ttrials\tshare\tlow\thigh\n"
             "3\t10\t0_1\t6\t10\t0.6\t0.312674\t0.83182\n"
             "3\t10\t+3_1\t4\t10\t0.4\t0.16818\t0.687326\n");
 }
 
 TEST(WriteJson, HoldsTheVotesOfKnottedSubChains) {
-  std::ostringstream out;
-  write_json(made({"0_1", "+3_1"}, {{1, {2, 2}, {9, 9}, 4}}), {}, out);
-  const auto json = nlohmann::json::parse(out.str());
+  const auto json = nlohmann::json::parse(
+      written(made({"0_1", "+3_1"}, {{1, {2, 2}, {9, 9}, 4}}), ReportFormat::kJson));
   EXPECT_EQ(json["trials"], 10);
   EXPECT_EQ(json["types"][1], "+3_1");
   EXPECT_EQ(json["labels"][19], "20");
@@ -143,24 +148,22 @@ TEST(WriteJson, HoldsTheVotesOfKnottedSubChains) {
 }
 
 TEST(WriteMatrix, PutsTypesUnderTheirThresholds) {
-  std::ostringstream out;
-  write_matrix(made({"0_1", "+3_1", "4_1"}, {{1, {2, 2}, {9, 9}, 6}, {2, {2, 2}, {9, 9}, 3}}), {},
-               out);
+  const auto fingerprint =
+      made({"0_1", "+3_1", "4_1"}, {{1, {2, 2}, {9, 9}, 6}, {2, {2, 2}, {9, 9}, 3}});
   std::string zeros;
   for (int k = 0; k < 10; ++k) zeros += "0 ";
   std::string more;
   for (int k = 0; k < 9; ++k) more += "0 ";
   EXPECT_EQ(
-      out.str(),
+      written(fingerprint, ReportFormat::kMatrix),
       "# 1 20 >90 >87 >84 >81 >78 >75 >72 >69 >66 >63 >60 >57 >54 >51 >48 >45 >42 >39 >36 >33 "
       ">30 >27 >24 >21 >18 >15 >12 >9 >6 >3 >0 IN 1 20\n3 10 0 " +
           zeros + "+3_1 " + more + "4_1 " + more + "0 3 10\n");
 }
 
 TEST(WriteMatrix, OfAnUnknottedChainSaysSo) {
-  std::ostringstream out;
-  write_matrix(made({"0_1"}, {}), {}, out);
-  EXPECT_EQ(out.str().substr(out.str().find('\n')), "\nUNKNOT\n");
+  const std::string text = written(made({"0_1"}, {}), ReportFormat::kMatrix);
+  EXPECT_EQ(text.substr(text.find('\n')), "\nUNKNOT\n");
 }
 
 TEST(WriteNpz, IsReadByNumpy) {
@@ -168,7 +171,8 @@ TEST(WriteNpz, IsReadByNumpy) {
   {
     std::ofstream out(path, std::ios::binary);
     const Chain chain = labelled_chain();
-    write_npz(made({"0_1", "+3_1"}, {{1, {2, 3}, {9, 9}, 6}}), chain.residues, out);
+    write_fingerprint(made({"0_1", "+3_1"}, {{1, {2, 3}, {9, 9}, 6}}), chain.residues,
+                      ReportFormat::kNpz, out);
   }
   const std::string script =
       "import numpy as n; f = n.load('" + path.string() +

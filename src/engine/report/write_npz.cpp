@@ -2,8 +2,9 @@
 #include <ostream>
 #include <type_traits>
 
+#include "engine/report/fingerprint_report.hpp"
 #include "engine/report/zip_archive.hpp"
-#include "korvex/save.hpp"
+#include "korvex/report.hpp"
 
 namespace korvex {
 namespace {

@@ -1,10 +1,15 @@
+#include "engine/report/fingerprint_report.hpp"
+
 #include <algorithm>
 #include <nlohmann/json.hpp>
 #include <ostream>
 #include <utility>
 
+#include "engine/report/frame.hpp"
+#include "engine/report/number_text.hpp"
 #include "korvex/interval.hpp"
-#include "korvex/save.hpp"
+#include "korvex/quoting.hpp"
+#include "korvex/report.hpp"
 
 namespace korvex {
 namespace {
@@ -37,28 +42,27 @@ std::vector<std::pair<std::size_t, std::string>> percentages(const Fingerprint& 
   return list;
 }
 
-}  // namespace
-
-std::string residue_label(std::span<const Residue> residues, std::size_t index) {
-  if (index >= residues.size()) return std::to_string(index + 1);
-  const Residue& residue = residues[index];
-  std::string label = std::to_string(residue.number);
-  if (residue.insertion_code != ' ') label += residue.insertion_code;
-  return label;
+// In one cell: a label begins with its number, and its minus sign makes no formula.
+std::string cell_of(const Fingerprint& fingerprint, std::span<const Residue> residues,
+                    std::size_t station) {
+  return quoted_for_terminal(label_of(fingerprint, residues, station));
 }
 
 void write_tsv(const Fingerprint& fingerprint, std::span<const Residue> residues,
                std::ostream& out) {
   out << "begin\tend\ttype\tvotes\ttrials\tshare\tlow\thigh\n";
+  const std::string trials = std::to_string(fingerprint.trials());
+  std::string line;
   for_each_knotted(fingerprint, [&](std::size_t begin, std::size_t end) {
     for (std::size_t type = 0; type < fingerprint.types().size(); ++type) {
       const std::uint32_t count = fingerprint.count(type, begin, end);
       if (count == 0) continue;
       const Interval interval = wilson_interval(count, fingerprint.trials());
-      out << label_of(fingerprint, residues, begin) << '\t' << label_of(fingerprint, residues, end)
-          << '\t' << fingerprint.types()[type] << '\t' << count << '\t' << fingerprint.trials()
-          << '\t' << fingerprint.share(type, begin, end) << '\t' << interval.low << '\t'
-          << interval.high << '\n';
+      line = cell_of(fingerprint, residues, begin) + '\t' + cell_of(fingerprint, residues, end) +
+             '\t' + fingerprint.types()[type] + '\t' + std::to_string(count) + '\t' + trials +
+             '\t' + number_text(fingerprint.share(type, begin, end)) + '\t' +
+             number_text(interval.low) + '\t' + number_text(interval.high) + '\n';
+      out << line;
     }
   });
 }
@@ -69,9 +73,12 @@ void write_json(const Fingerprint& fingerprint, std::span<const Residue> residue
   Json labels = Json::array();
   for (std::size_t k = 0; k < fingerprint.stations().size(); ++k)
     labels.push_back(label_of(fingerprint, residues, k));
-  out << "{\"stations\":" << Json(fingerprint.stations()) << ",\"labels\":" << labels
-      << ",\"types\":" << Json(fingerprint.types()) << ",\"trials\":" << fingerprint.trials()
-      << ",\"sub_chains\":[";
+  const auto text = [](const Json& json) {
+    return json.dump(-1, ' ', false, Json::error_handler_t::replace);
+  };
+  out << "{\"stations\":" + text(fingerprint.stations()) + ",\"labels\":" + text(labels) +
+             ",\"types\":" + text(fingerprint.types()) +
+             ",\"trials\":" + std::to_string(fingerprint.trials()) + ",\"sub_chains\":[";
   // Row by row: there may be millions.
   const char* comma = "";
   for_each_knotted(fingerprint, [&](std::size_t begin, std::size_t end) {
@@ -79,7 +86,7 @@ void write_json(const Fingerprint& fingerprint, std::span<const Residue> residue
     for (std::size_t type = 0; type < fingerprint.types().size(); ++type)
       if (const std::uint32_t count = fingerprint.count(type, begin, end); count > 0)
         votes.push_back({type, count});
-    out << comma << '[' << begin << ',' << end << ',' << votes << ']';
+    out << comma << text({begin, end, votes});
     comma = ",";
   });
   out << "]}\n";
@@ -94,31 +101,53 @@ void write_matrix(const Fingerprint& fingerprint, std::span<const Residue> resid
     return;
   }
   const std::size_t last = fingerprint.stations().size() - 1;
-  out << "# " << label_of(fingerprint, residues, 0) << ' ' << label_of(fingerprint, residues, last);
-  for (int threshold = kHighest; threshold >= 0; threshold -= kStep) out << " >" << threshold;
-  out << " IN 1 " << fingerprint.stations().back() + 1 << '\n';
+  const auto position = [&](std::size_t station) {
+    return std::to_string(fingerprint.stations()[station] + 1);
+  };
+  std::string line =
+      "# " + cell_of(fingerprint, residues, 0) + ' ' + cell_of(fingerprint, residues, last);
+  for (int threshold = kHighest; threshold >= 0; threshold -= kStep)
+    line.append(" >").append(std::to_string(threshold));
+  out << line + " IN 1 " + position(last) + '\n';
   bool any = false;
   for (std::size_t begin = 0; begin < last; ++begin) {
     for (std::size_t end = last; end > begin; --end) {
       const auto list = percentages(fingerprint, begin, end);
       if (list.empty()) continue;
       any = true;
-      out << label_of(fingerprint, residues, begin) << ' ' << label_of(fingerprint, residues, end)
-          << ' ';
+      line =
+          cell_of(fingerprint, residues, begin) + ' ' + cell_of(fingerprint, residues, end) + ' ';
       auto next = list.begin();
       for (int threshold = kHighest; threshold >= 0; threshold -= kStep) {
         const char* separator = "";
         for (; next != list.end() && next->first > static_cast<std::size_t>(threshold); ++next) {
-          out << separator << next->second;
+          line += separator + next->second;
           separator = ",";
         }
-        out << (*separator == '\0' ? "0 " : " ");
+        line += *separator == '\0' ? "0 " : " ";
       }
-      out << "0 " << fingerprint.stations()[begin] + 1 << ' ' << fingerprint.stations()[end] + 1
-          << '\n';
+      out << line + "0 " + position(begin) + ' ' + position(end) + '\n';
     }
   }
   if (!any) out << "UNKNOT\n";
+}
+
+}  // namespace
+
+void write_fingerprint(const Fingerprint& fingerprint, std::span<const Residue> residues,
+                       ReportFormat format, std::ostream& out) {
+  switch (format) {
+    case ReportFormat::kTsv:
+      return write_tsv(fingerprint, residues, out);
+    case ReportFormat::kJson:
+      return write_json(fingerprint, residues, out);
+    case ReportFormat::kMatrix:
+      return write_matrix(fingerprint, residues, out);
+    case ReportFormat::kNpz:
+      return write_npz(fingerprint, residues, out);
+    default:
+      refuse_format(format, "a fingerprint", fingerprint_formats());
+  }
 }
 
 }  // namespace korvex

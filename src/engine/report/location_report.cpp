@@ -1,0 +1,169 @@
+#include "engine/report/frame.hpp"
+#include "engine/report/location_scripts.hpp"
+#include "engine/report/number_text.hpp"
+#include "korvex/quoting.hpp"
+
+namespace korvex {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+constexpr Report::Frame kTable{
+    "source\tmodel\tchain\ttype\tcore_begin\tcore_end\tcore_share\twhole_share\ttail_before\t"
+    "tail_after\tsub_chains\tlongest_begin\tlongest_end\tundone_before\tundone_after\n",
+    {},
+    {},
+    {}};
+
+constexpr Report::Frame kArray{"[", ", ", "]\n", "[]\n", true};
+
+const Report::Frame& frame_for(ReportFormat format) {
+  switch (format) {
+    case ReportFormat::kText:
+    case ReportFormat::kPymol:
+    case ReportFormat::kChimerax:
+      return kBare;
+    case ReportFormat::kTsv:
+      return kTable;
+    case ReportFormat::kJson:
+      return kArray;
+    default:
+      refuse_format(format, "a location", location_formats());
+  }
+}
+
+std::string label_of(const Chain& chain, std::int32_t residue) {
+  return residue_label(chain.residues, static_cast<std::size_t>(residue));
+}
+
+// For people and for a cell: a label begins with its number, whose minus sign makes no formula.
+std::string shown(const Chain& chain, std::int32_t residue) {
+  return quoted_for_terminal(label_of(chain, residue));
+}
+
+std::string shown(const Chain& chain, const Stretch& stretch) {
+  const std::string first = shown(chain, stretch.first);
+  const std::string last = shown(chain, stretch.last);
+  return first + (first.front() == '-' || last.front() == '-' ? " to " : "-") + last;
+}
+
+std::string share_text(double share) { return fixed_text(share, 2); }
+
+std::string undone_text(const Chain& chain, const KnotPlace& place, const Threading& undone) {
+  return "    slipknot: with residue " + shown(chain, undone.residue) + ' ' + place.type +
+         " becomes " + undone.becomes + "; loop " + shown(chain, undone.loop) + ", tail " +
+         shown(chain, undone.tail) + '\n';
+}
+
+std::string place_text(const Chain& chain, const KnotPlace& place) {
+  std::string text =
+      "  " + place.type + ": core " + shown(chain, place.core) + " (" +
+      std::to_string(place.core.length()) + " residues, share " + share_text(place.core_share) +
+      "), tails " + std::to_string(place.tail_before) + " and " + std::to_string(place.tail_after) +
+      " residues, in " + std::to_string(place.sub_chains) + " sub-chains, the longest " +
+      shown(chain, place.longest) + '\n';
+  for (const auto& undone : {place.undone_before, place.undone_after})
+    if (undone) text += undone_text(chain, place, *undone);
+  return text;
+}
+
+std::string text(const Chain& chain, const Location& location) {
+  std::string lines =
+      title_of(chain) + ": " + location.type + ", share " + share_text(location.share);
+  if (location.factors.size() > 1) {
+    const char* separator = ", composite of ";
+    for (const std::string& factor : location.factors) {
+      lines += separator + factor;
+      separator = " and ";
+    }
+  }
+  lines += '\n';
+  for (const KnotPlace& place : location.knots) lines += place_text(chain, place);
+  return lines;
+}
+
+std::string rows(const Chain& chain, const Location& location) {
+  const std::string of_chain = quoted_for_tsv(chain.source) + '\t' + std::to_string(chain.model) +
+                               '\t' + quoted_for_tsv(chain.name) + '\t';
+  if (location.knots.empty())
+    return of_chain + location.type + "\t\t\t\t" + number_text(location.share) + "\t\t\t\t\t\t\t\n";
+  const auto gone = [&](const std::optional<Threading>& undone) {
+    return undone ? shown(chain, undone->residue) : std::string();
+  };
+  std::string lines;
+  for (const KnotPlace& place : location.knots)
+    lines += of_chain + place.type + '\t' + shown(chain, place.core.first) + '\t' +
+             shown(chain, place.core.last) + '\t' + number_text(place.core_share) + '\t' +
+             number_text(place.whole_share) + '\t' + std::to_string(place.tail_before) + '\t' +
+             std::to_string(place.tail_after) + '\t' + std::to_string(place.sub_chains) + '\t' +
+             shown(chain, place.longest.first) + '\t' + shown(chain, place.longest.last) + '\t' +
+             gone(place.undone_before) + '\t' + gone(place.undone_after) + '\n';
+  return lines;
+}
+
+Json json_of(const Chain& chain, const Stretch& stretch) {
+  return {{"begin", label_of(chain, stretch.first)},
+          {"end", label_of(chain, stretch.last)},
+          {"begin_index", stretch.first},
+          {"end_index", stretch.last}};
+}
+
+Json json_of(const Chain& chain, const KnotPlace& place) {
+  Json json;
+  json["type"] = place.type;
+  json["core"] = json_of(chain, place.core);
+  json["core_share"] = place.core_share;
+  json["whole_share"] = place.whole_share;
+  json["tail_before"] = place.tail_before;
+  json["tail_after"] = place.tail_after;
+  json["sub_chains"] = place.sub_chains;
+  json["longest"] = json_of(chain, place.longest);
+  json["slipknot"] = place.slipknot();
+  for (const auto& [name, undone] : {std::pair{"undone_before", place.undone_before},
+                                     std::pair{"undone_after", place.undone_after}})
+    if (undone)
+      json[name] = {{"residue", label_of(chain, undone->residue)},
+                    {"residue_index", undone->residue},
+                    {"becomes", undone->becomes},
+                    {"loop", json_of(chain, undone->loop)},
+                    {"tail", json_of(chain, undone->tail)}};
+  return json;
+}
+
+Json json_of(const Chain& chain, const Location& location) {
+  Json json;
+  json["source"] = chain.source;
+  json["model"] = chain.model;
+  json["chain"] = chain.name;
+  json["residues"] = chain.points.size();
+  json["type"] = location.type;
+  json["share"] = location.share;
+  json["factors"] = location.factors;
+  json["knots"] = Json::array();
+  for (const KnotPlace& place : location.knots) json["knots"].push_back(json_of(chain, place));
+  return json;
+}
+
+}  // namespace
+
+LocationReport::LocationReport(ReportFormat format, std::ostream& out)
+    : Report(format, frame_for(format), out), names_(std::make_unique<ScriptNames>()) {}
+
+LocationReport::~LocationReport() = default;
+
+void LocationReport::add(const Chain& chain, const Location& location) {
+  switch (format()) {
+    case ReportFormat::kText:
+      return put(text(chain, location));
+    case ReportFormat::kTsv:
+      return put(rows(chain, location));
+    case ReportFormat::kPymol:
+      return put(pymol_commands(chain, location, *names_));
+    case ReportFormat::kChimerax:
+      return put(chimerax_commands(chain, location, *names_));
+    default:
+      return put(json_of(chain, location).dump(2, ' ', false, Json::error_handler_t::replace));
+  }
+}
+
+}  // namespace korvex

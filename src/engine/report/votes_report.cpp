@@ -1,0 +1,128 @@
+#include "engine/report/frame.hpp"
+#include "engine/report/number_text.hpp"
+#include "korvex/quoting.hpp"
+
+namespace korvex {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+constexpr Report::Frame kTable{
+    "source\tmodel\tchain\tresidues\tclosure\ttrials\ttype\tvotes\tshare\tlow\thigh\n", {}, {}, {}};
+
+const Report::Frame& frame_for(ReportFormat format) {
+  switch (format) {
+    case ReportFormat::kText:
+      return kBare;
+    case ReportFormat::kTsv:
+      return kTable;
+    case ReportFormat::kJson:
+      return kJsonArray;
+    default:
+      refuse_format(format, "votes", vote_formats());
+  }
+}
+
+std::string counted(std::size_t count, const char* thing) {
+  return std::to_string(count) + ' ' + thing + (count == 1 ? "" : "s");
+}
+
+// As many as one vote more or less shows in.
+int decimals_for(std::size_t trials) {
+  constexpr std::size_t kTenths = 1000;
+  constexpr std::size_t kHundredths = 10'000;
+  return trials < kTenths ? 0 : trials < kHundredths ? 1 : 2;
+}
+
+std::string hexadecimal(std::uint64_t number) {
+  std::array<char, 16> text{};
+  const auto [end, error] = std::to_chars(text.data(), text.data() + text.size(), number, 16);
+  return {text.data(), end};
+}
+
+// What is known of a closed curve whose knot has no name.
+std::string ring_text(const RingReport& ring) {
+  const auto size = [](const DiagramSize& diagram) {
+    return std::to_string(diagram.crossings) + ", writhe " + std::to_string(diagram.writhe);
+  };
+  const DiagramSize projected = ring.projected;
+  return "; Alexander key " + hexadecimal(ring.alexander_key) + "; " +
+         std::to_string(projected.crossings) + " crossings, writhe " +
+         std::to_string(projected.writhe) + "; simplified " + size(ring.simplified_size());
+}
+
+std::string text(const Chain& chain, const Votes& votes) {
+  std::string line = title_of(chain) + ": ";
+  const int decimals = decimals_for(votes.trials);
+  const auto percent = [decimals](double share) { return fixed_text(100 * share, decimals); };
+  const char* separator = "";
+  for (const TypeVotes& type : votes.types) {
+    line += separator + type.type;
+    if (votes.trials > 1)
+      line += ' ' + percent(type.share) + " % [" + percent(type.interval.low) + '-' +
+              percent(type.interval.high) + ']';
+    separator = ", ";
+  }
+  line += " (" + counted(chain.points.size(), "residue") + ", " + counted(votes.trials, "closure");
+  if (votes.ring && votes.dominant().type.find('?') != std::string::npos)
+    line += ring_text(*votes.ring);
+  return line + ")\n";
+}
+
+std::string rows(const Chain& chain, Closure closure, const Votes& votes) {
+  const std::string all = quoted_for_tsv(chain.source) + '\t' + std::to_string(chain.model) + '\t' +
+                          quoted_for_tsv(chain.name) + '\t' + std::to_string(chain.points.size()) +
+                          '\t' + std::string(name_of(closure)) + '\t' +
+                          std::to_string(votes.trials) + '\t';
+  std::string lines;
+  for (const TypeVotes& type : votes.types)
+    lines += all + type.type + '\t' + std::to_string(type.count) + '\t' + number_text(type.share) +
+             '\t' + number_text(type.interval.low) + '\t' + number_text(type.interval.high) + '\n';
+  return lines;
+}
+
+Json json_of(const RingReport& ring) {
+  const auto size = [](const DiagramSize& diagram) {
+    return Json{{"crossings", diagram.crossings}, {"writhe", diagram.writhe}};
+  };
+  return {{"projected", size(ring.projected)},
+          {"points_left", ring.points_left},
+          {"simplified", size(ring.simplified_size())},
+          {"alexander_key", hexadecimal(ring.alexander_key)}};
+}
+
+Json json_of(const Chain& chain, Closure closure, const Votes& votes) {
+  Json json{{"source", chain.source},      {"model", chain.model},
+            {"chain", chain.name},         {"residues", chain.points.size()},
+            {"closure", name_of(closure)}, {"trials", votes.trials}};
+  json["types"] = Json::array();
+  for (const TypeVotes& type : votes.types)
+    json["types"].push_back({{"type", type.type},
+                             {"votes", type.count},
+                             {"proven", type.proven},
+                             {"share", type.share},
+                             {"low", type.interval.low},
+                             {"high", type.interval.high}});
+  Json& crossings = json["crossings"] = Json::object();
+  for (const auto& [count, diagrams] : votes.crossings) crossings[std::to_string(count)] = diagrams;
+  if (votes.ring) json["ring"] = json_of(*votes.ring);
+  return json;
+}
+
+}  // namespace
+
+VotesReport::VotesReport(ReportFormat format, std::ostream& out)
+    : Report(format, frame_for(format), out) {}
+
+void VotesReport::add(const Chain& chain, Closure closure, const Votes& votes) {
+  switch (format()) {
+    case ReportFormat::kText:
+      return put(text(chain, votes));
+    case ReportFormat::kTsv:
+      return put(rows(chain, closure, votes));
+    default:
+      return put(in_array(json_of(chain, closure, votes)));
+  }
+}
+
+}  // namespace korvex
