@@ -33,6 +33,9 @@ void check_places(const Fingerprint& fingerprint, const korvex::Chain& chain, do
     return static_cast<std::size_t>(found - stations.begin());
   };
   for (const korvex::KnotPlace& knot : location.knots) {
+    for (const korvex::KnotPlace& other : location.knots)
+      require(&other == &knot || other.type != knot.type || other.core.first > knot.core.last ||
+              knot.core.first > other.core.last);
     const auto type =
         static_cast<std::size_t>(std::find(types.begin(), types.end(), knot.type) - types.begin());
     require(type > 0 && type < types.size());

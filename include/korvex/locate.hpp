@@ -25,8 +25,10 @@ struct Stretch {
   friend bool operator==(const Stretch&, const Stretch&) = default;
 };
 
-// How a knot comes undone when its core grows at one end: its share falls below half the threshold
-// and the dominant type needs fewer crossings.
+// How a knot comes undone for good when its core grows at one end: its share falls below half the
+// threshold, the dominant type needs fewer crossings, and no longer sub-chain, up to the end of the
+// chain, has the knot again, be it by itself or as a factor of a composite one. Where the name of a
+// dominant type does not tell its factors it may have.
 struct Threading {
   std::int32_t residue = 0;  // the first residue with which the knot is gone: there the chain
                              // threads back through its own loop
@@ -36,20 +38,32 @@ struct Threading {
   friend bool operator==(const Threading&, const Threading&) = default;
 };
 
-// The place of one knot type.
+// How a knot comes undone in the same way and returns: no slipknot.
+struct Dip {
+  std::int32_t residue = 0;  // the first residue with which the knot is gone
+  std::int32_t back = 0;     // the first residue with which it is there again
+  double share = 0;          // the least share of its votes between the two
+  std::string becomes;       // the dominant type with the first
+  friend bool operator==(const Dip&, const Dip&) = default;
+};
+
+// One place of a knot type.
 struct KnotPlace {
   std::string type;
-  Stretch core;  // the shortest sub-chain whose share of the type reaches the threshold; of
-                 // equally long ones that with the greatest share, then the first
+  Stretch core;  // a sub-chain whose share of the type reaches the threshold, while that of no
+                 // shorter one in it does
   double core_share = 0;         // share of the type's votes there
   double whole_share = 0;        // share of the type's votes in the whole chain
-  Stretch longest;               // the longest sub-chain whose share reaches the threshold
-  std::size_t sub_chains = 0;    // how many sub-chains reach it: the type's domain
+  Stretch longest;               // the longest sub-chain of its domain
+  std::size_t sub_chains = 0;    // size of its domain: the sub-chains whose share reaches the
+                                 // threshold, each at the core of which it holds most
   std::int32_t tail_before = 0;  // residues before the core
   std::int32_t tail_after = 0;   // residues after it
-  // Set where a longer sub-chain is less knotted: the knot is a slipknot.
+  // Set where longer sub-chains are less knotted: the knot is a slipknot.
   std::optional<Threading> undone_before;  // when the core grows at its beginning
   std::optional<Threading> undone_after;   // when the core grows at its end
+  std::vector<Dip> dips_before;            // from the core outwards
+  std::vector<Dip> dips_after;
 
   bool slipknot() const { return undone_before || undone_after; }
 };
@@ -59,8 +73,10 @@ struct Location {
   double share = 0;
   // Factors of that type, as often as they occur; one for a prime knot, none for the unknot.
   std::vector<std::string> factors;
-  std::vector<KnotPlace> knots;  // types whose share reaches the threshold somewhere, by the length
-                                 // of their cores, the longest first
+  // Every place of every type whose share reaches the threshold somewhere, by the length of the
+  // cores, the longest first. Cores of one type share no residue: the shortest is taken first, of
+  // equally long ones that with the greatest share, then the first along the chain.
+  std::vector<KnotPlace> knots;
 };
 
 struct LocateOptions {
@@ -68,8 +84,8 @@ struct LocateOptions {
 };
 
 // Reads cores, tails, domains, slipknots and factors off a fingerprint. O(types n^2) for n
-// stations; positions are exact to the fingerprint's step. Throws Error(kInvalidArgument) for a
-// threshold out of range.
+// stations, times the places of a type; positions are exact to the fingerprint's step. Throws
+// Error(kInvalidArgument) for a threshold out of range.
 KORVEX_API Location locate(const Fingerprint& fingerprint, const LocateOptions& options = {});
 
 }  // namespace korvex

@@ -2,10 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <nlohmann/json.hpp>
 #include <sstream>
 
@@ -91,6 +93,121 @@ TEST(Locate, FindsASlipknot) {
   EXPECT_EQ(*knot.undone_after, (Threading{15, {11, 15}, {15, 19}, "0_1"}));
 }
 
+TEST(Locate, DoesNotTakeADipForASlipknot) {
+  // Gone with residues 13 and 14, and again with 17 for good where the second row says so.
+  const std::vector<Votes> returning{{1, {0, 3}, {10, 12}, 8},
+                                     {1, {0, 3}, {13, 13}, 2},
+                                     {1, {0, 3}, {14, 14}, 1},
+                                     {1, {0, 3}, {15, 16}, 6}};
+  std::vector<Votes> to_the_end = returning;
+  to_the_end.push_back({1, {0, 3}, {17, 19}, 7});
+  const KnotPlace dip = locate(made({"0_1", "4_1"}, to_the_end)).knots.at(0);
+  EXPECT_FALSE(dip.slipknot());
+  EXPECT_EQ(dip.dips_after, (std::vector<Dip>{{13, 15, 0.1, "0_1"}}));
+  EXPECT_TRUE(dip.dips_before.empty());
+  const KnotPlace slipknot = locate(made({"0_1", "4_1"}, returning)).knots.at(0);
+  ASSERT_TRUE(slipknot.undone_after);
+  EXPECT_EQ(slipknot.undone_after->residue, 17);
+  EXPECT_EQ(slipknot.dips_after, dip.dips_after);
+}
+
+TEST(Locate, SeesADipBeforeTheCore) {
+  const KnotPlace knot =
+      locate(made({"0_1", "4_1"}, {{1, {0, 2}, {16, 19}, 9}, {1, {5, 6}, {16, 19}, 9}}))
+          .knots.at(0);
+  EXPECT_EQ(knot.core, (Stretch{6, 16}));
+  EXPECT_FALSE(knot.slipknot());
+  EXPECT_EQ(knot.dips_before, (std::vector<Dip>{{4, 2, 0, "0_1"}}));
+}
+
+TEST(Locate, TakesAFactorOfALongerSubChainForTheKnot) {
+  const KnotPlace knot = locate(made({"0_1", "+3_1", "+3_1#4_1"},
+                                     {{1, {0, 3}, {10, 11}, 10}, {2, {0, 3}, {15, 19}, 10}}))
+                             .knots.at(1);
+  EXPECT_EQ(knot.type, "+3_1");
+  EXPECT_FALSE(knot.slipknot());
+  EXPECT_EQ(knot.dips_after, (std::vector<Dip>{{12, 15, 0, "0_1"}}));
+}
+
+TEST(Locate, TellsNoSlipknotWhereALongerSubChainIsOfNoKnownType) {
+  for (const char* unknown : {"?1-5+7-5+1", "?key:1f00ba5", "3_1|4_1"}) {
+    const Location location = locate(
+        made({"0_1", "+3_1", unknown}, {{1, {0, 3}, {10, 11}, 10}, {2, {0, 3}, {18, 19}, 10}}));
+    for (const KnotPlace& knot : location.knots) {
+      EXPECT_FALSE(knot.type == "+3_1" && knot.slipknot()) << unknown;
+    }
+  }
+}
+
+TEST(Locate, FindsAllPlacesOfAType) {
+  const Location location =
+      locate(made({"0_1", "+3_1"}, {{1, {0, 2}, {6, 8}, 10}, {1, {10, 11}, {17, 19}, 10}}));
+  ASSERT_EQ(location.knots.size(), 2u);
+  EXPECT_EQ(location.knots[0].core, (Stretch{11, 17}));
+  EXPECT_EQ(location.knots[0].longest, (Stretch{10, 19}));
+  EXPECT_EQ(location.knots[0].sub_chains, 6u);
+  EXPECT_EQ(location.knots[1].core, (Stretch{2, 6}));
+  EXPECT_EQ(location.knots[1].longest, (Stretch{0, 8}));
+  EXPECT_EQ(location.knots[1].sub_chains, 9u);
+}
+
+TEST(Locate, GivesOnePlaceWhereMinimalSubChainsOverlap) {
+  const Location location = locate(
+      made({"0_1", "+3_1"},
+           {{1, {2, 2}, {9, 9}, 10}, {1, {4, 4}, {10, 10}, 10}, {1, {10, 10}, {17, 17}, 10}}));
+  ASSERT_EQ(location.knots.size(), 1u);
+  EXPECT_EQ(location.knots[0].core, (Stretch{4, 10}));
+  EXPECT_EQ(location.knots[0].sub_chains, 3u);
+}
+
+// An open trefoil of 36 points, of the hand of the sign, by A. R. Shastri, Tohoku Math. J. 44, 11
+// (1992).
+std::vector<Point> long_trefoil(double hand) {
+  std::vector<Point> points;
+  for (int k = 0; k < 36; ++k) {
+    const double t = -2.3 + 4.6 * k / 35;
+    points.push_back({hand * (t * t * t - 3 * t), t * t * t * t - 4 * t * t,
+                      0.6 * (t * t * t * t * t - 10 * t)});
+  }
+  return points;
+}
+
+TEST(Locate, FindsEachKnotThatIsTiedIntoAChain) {
+  std::vector<Point> chain{{0, 0, 0}};
+  const auto lead_on = [&](int points) {
+    for (int k = 0; k < points; ++k) chain.push_back(chain.back() + Point{0, 0, 4});
+  };
+  const auto tie = [&](double hand) {
+    const auto knot = long_trefoil(hand);
+    const Point from = chain.back() + Point{0, 0, 4};
+    for (const Point& p : knot) chain.push_back(from + (p - knot.front()));
+  };
+  lead_on(79);
+  tie(1);  // residues 81 to 116
+  lead_on(30);
+  tie(1);  // 147 to 182
+  lead_on(30);
+  tie(-1);  // 213 to 248
+  lead_on(79);
+  const Location location = locate(fingerprint(chain, {.directions = 10}));
+  EXPECT_EQ(location.type, "+3_1#+3_1#-3_1");
+  std::map<std::string, std::vector<Stretch>> cores;
+  for (const KnotPlace& knot : location.knots) {
+    EXPECT_FALSE(knot.slipknot()) << knot.type;
+    cores[knot.type].push_back(knot.core);
+  }
+  ASSERT_EQ(cores["+3_1"].size(), 2u);
+  ASSERT_EQ(cores["-3_1"].size(), 1u);
+  std::sort(cores["+3_1"].begin(), cores["+3_1"].end(),
+            [](const Stretch& a, const Stretch& b) { return a.first < b.first; });
+  const auto lies_in = [](const Stretch& core, int first, int last) {
+    return core.first + 1 >= first && core.last + 1 <= last;
+  };
+  EXPECT_TRUE(lies_in(cores["+3_1"][0], 81, 116));
+  EXPECT_TRUE(lies_in(cores["+3_1"][1], 147, 182));
+  EXPECT_TRUE(lies_in(cores["-3_1"][0], 213, 248));
+}
+
 TEST(Locate, DoesNotTakeAMoreComplicatedKnotForAnUndoneOne) {
   const Location location = locate(
       made({"0_1", "+3_1", "+3_1#4_1"},
@@ -129,6 +246,19 @@ TEST(WriteLocation, NamesResiduesAsTheFileDoes) {
   EXPECT_NE(
       written(location, ReportFormat::kTsv).find("some.pdb\t1\tA\t+3_1\t105A\t110\t1\t0\t5\t9"),
       std::string::npos);
+}
+
+TEST(WriteLocation, TellsDips) {
+  const Location location =
+      locate(made({"0_1", "4_1"}, {{1, {0, 3}, {10, 12}, 8}, {1, {0, 3}, {15, 19}, 6}}));
+  EXPECT_NE(written(location, ReportFormat::kText)
+                .find("    dip: with residue 113 4_1 becomes 0_1, share 0.00 at the least; with "
+                      "residue 115 it is back\n"),
+            std::string::npos);
+  const auto json = nlohmann::json::parse(written(location, ReportFormat::kJson));
+  EXPECT_EQ(json[0]["knots"][0]["slipknot"], false);
+  EXPECT_EQ(json[0]["knots"][0]["dips_after"][0]["back_index"], 15);
+  EXPECT_EQ(written(location, ReportFormat::kPymol).find("loop"), std::string::npos);
 }
 
 TEST(WriteTsv, HasALineForEveryTypeOfAKnottedSubChain) {

@@ -42,30 +42,13 @@ class Search {
         threshold_(threshold),
         crossings_(crossings_of(fingerprint.types())) {}
 
-  std::optional<KnotPlace> place_of(std::size_t type) const {
-    KnotPlace place;
-    std::optional<Cell> core;
-    std::optional<Cell> longest;
-    for (std::size_t begin = 0; begin < last_; ++begin) {
-      for (std::size_t end = begin + 1; end <= last_; ++end) {
-        const Cell cell{begin, end};
-        if (!reached(type, cell)) continue;
-        ++place.sub_chains;
-        if (!core || better_core(type, cell, *core)) core = cell;
-        if (!longest || length(cell) > length(*longest)) longest = cell;
-      }
-    }
-    if (!core) return std::nullopt;
-    place.type = fingerprint_.types()[type];
-    place.core = stretch(*core);
-    place.core_share = fingerprint_.share(type, core->begin, core->end);
-    place.whole_share = fingerprint_.share(type, 0, last_);
-    place.longest = stretch(*longest);
-    place.tail_before = place.core.first - stations_.front();
-    place.tail_after = stations_.back() - place.core.last;
-    place.undone_before = undone_before(type, *core);
-    place.undone_after = undone_after(type, *core);
-    return place;
+  // All places of a type, those with the shortest cores first.
+  std::vector<KnotPlace> places_of(std::size_t type) const {
+    const std::vector<Cell> cores = cores_of(type);
+    std::vector<KnotPlace> places;
+    for (const Cell& core : cores) places.push_back(place_with(type, core));
+    if (!places.empty()) count_sub_chains(type, places);
+    return places;
   }
 
  private:
@@ -83,6 +66,91 @@ class Search {
            fingerprint_.count(type, than.begin, than.end);
   }
 
+  // So knotted sub-chains in which no other such lies: as many as do not share a residue, the
+  // shortest first.
+  std::vector<Cell> cores_of(std::size_t type) const {
+    std::vector<Cell> minimal;
+    std::size_t first_end = last_ + 1;  // of all that begin further on
+    for (std::size_t begin = last_; begin-- > 0;) {
+      for (std::size_t end = begin + 1; end < first_end; ++end) {
+        if (!reached(type, {begin, end})) continue;
+        minimal.push_back({begin, end});
+        first_end = end;
+      }
+    }
+    std::reverse(minimal.begin(), minimal.end());
+    std::stable_sort(minimal.begin(), minimal.end(),
+                     [&](const Cell& a, const Cell& b) { return better_core(type, a, b); });
+    std::vector<Cell> cores;
+    for (const Cell& cell : minimal)
+      if (std::none_of(cores.begin(), cores.end(), [&](const Cell& core) {
+            return cell.begin <= core.end && core.begin <= cell.end;
+          }))
+        cores.push_back(cell);
+    return cores;
+  }
+
+  KnotPlace place_with(std::size_t type, const Cell& core) const {
+    KnotPlace place;
+    place.type = fingerprint_.types()[type];
+    place.core = stretch(core);
+    place.core_share = fingerprint_.share(type, core.begin, core.end);
+    place.whole_share = fingerprint_.share(type, 0, last_);
+    place.tail_before = place.core.first - stations_.front();
+    place.tail_after = stations_.back() - place.core.last;
+    const auto longer_before = [&](std::size_t k) { return Cell{core.begin - k, core.end}; };
+    const auto longer_after = [&](std::size_t k) { return Cell{core.begin, core.end + k}; };
+    const Growth before = growth(type, core.begin, longer_before);
+    const Growth after = growth(type, last_ - core.end, longer_after);
+    for (const Absence& dip : before.dips)
+      place.dips_before.push_back({residue_before(core, dip.from), residue_before(core, dip.until),
+                                   dip.least, dip.becomes});
+    for (const Absence& dip : after.dips)
+      place.dips_after.push_back(
+          {residue_after(core, dip.from), residue_after(core, dip.until), dip.least, dip.becomes});
+    if (before.undone) {
+      const std::int32_t residue = residue_before(core, before.undone->from);
+      place.undone_before = {residue,
+                             {residue, stations_[core.begin] - 1},
+                             {stations_[0], residue},
+                             before.undone->becomes};
+    }
+    if (after.undone) {
+      const std::int32_t residue = residue_after(core, after.undone->from);
+      place.undone_after = {residue,
+                            {stations_[core.end] + 1, residue},
+                            {residue, stations_[last_]},
+                            after.undone->becomes};
+    }
+    return place;
+  }
+
+  std::int32_t residue_before(const Cell& core, std::size_t k) const {
+    return stations_[core.begin - k];
+  }
+  std::int32_t residue_after(const Cell& core, std::size_t k) const {
+    return stations_[core.end + k];
+  }
+
+  // A sub-chain that forms the knot holds one of the minimal ones, and so shares residues with the
+  // core that was taken in its place: it counts for the core of which it holds most.
+  void count_sub_chains(std::size_t type, std::vector<KnotPlace>& places) const {
+    const auto shared = [](const Stretch& a, const Stretch& b) {
+      return std::min(a.last, b.last) - std::max(a.first, b.first);
+    };
+    for (std::size_t begin = 0; begin < last_; ++begin) {
+      for (std::size_t end = begin + 1; end <= last_; ++end) {
+        if (!reached(type, {begin, end})) continue;
+        const Stretch own = stretch({begin, end});
+        KnotPlace& place = *std::max_element(places.begin(), places.end(),
+                                             [&](const KnotPlace& a, const KnotPlace& b) {
+                                               return shared(a.core, own) < shared(b.core, own);
+                                             });
+        if (place.sub_chains++ == 0 || own.length() > place.longest.length()) place.longest = own;
+      }
+    }
+  }
+
   // Below half the threshold: a share that merely wavers about the threshold is not undone.
   bool less_knotted(const Cell& cell, std::size_t type) const {
     if (fingerprint_.share(type, cell.begin, cell.end) >= threshold_ / 2) return false;
@@ -90,26 +158,53 @@ class Search {
     return crossings_[other] < crossings_[type];
   }
 
-  std::optional<Threading> undone_after(std::size_t type, const Cell& core) const {
-    for (std::size_t end = core.end + 1; end <= last_; ++end) {
-      if (!less_knotted({core.begin, end}, type)) continue;
-      return Threading{stations_[end],
-                       {stations_[core.end] + 1, stations_[end]},
-                       {stations_[end], stations_[last_]},
-                       name_of_dominant({core.begin, end})};
-    }
-    return std::nullopt;
+  // Whether a sub-chain has the knot, by itself or as a factor, or may have it: the name of its
+  // dominant type tells no factors.
+  bool has_knot(const Cell& cell, std::size_t type) const {
+    if (reached(type, cell)) return true;
+    const std::string dominant = name_of_dominant(cell);
+    if (dominant.find_first_of("?|") != std::string::npos) return true;
+    const std::vector<std::string> factors = sorted_factors(dominant);
+    const std::vector<std::string> wanted = sorted_factors(fingerprint_.types()[type]);
+    return std::includes(factors.begin(), factors.end(), wanted.begin(), wanted.end());
   }
 
-  std::optional<Threading> undone_before(std::size_t type, const Cell& core) const {
-    for (std::size_t begin = core.begin; begin-- > 0;) {
-      if (!less_knotted({begin, core.end}, type)) continue;
-      return Threading{stations_[begin],
-                       {stations_[begin], stations_[core.begin] - 1},
-                       {stations_[0], stations_[begin]},
-                       name_of_dominant({begin, core.end})};
+  static std::vector<std::string> sorted_factors(const std::string& type) {
+    std::vector<std::string> factors = factors_of(type);
+    std::sort(factors.begin(), factors.end());
+    return factors;
+  }
+
+  // Steps of a core's growth from one at which its knot is gone to one at which it is back.
+  struct Absence {
+    std::size_t from;
+    std::size_t until;
+    double least;  // share between them
+    std::string becomes;
+  };
+  struct Growth {
+    std::vector<Absence> dips;      // after which the knot came back
+    std::optional<Absence> undone;  // for good
+  };
+
+  template <typename LongerBy>
+  Growth growth(std::size_t type, std::size_t steps, const LongerBy& longer_by) const {
+    Growth growth;
+    std::optional<Absence>& gone = growth.undone;
+    for (std::size_t k = 1; k <= steps; ++k) {
+      const Cell cell = longer_by(k);
+      const double share = fingerprint_.share(type, cell.begin, cell.end);
+      if (!gone) {
+        if (less_knotted(cell, type)) gone = Absence{k, k, share, name_of_dominant(cell)};
+      } else if (has_knot(cell, type)) {
+        gone->until = k;
+        growth.dips.push_back(*std::move(gone));
+        gone.reset();
+      } else {
+        gone->least = std::min(gone->least, share);
+      }
     }
-    return std::nullopt;
+    return growth;
   }
 
   std::string name_of_dominant(const Cell& cell) const {
@@ -138,7 +233,7 @@ Location locate(const Fingerprint& fingerprint, const LocateOptions& options) {
   location.factors = factors_of(location.type);
   const Search search(fingerprint, options.threshold);
   for (std::size_t type = 1; type < fingerprint.types().size(); ++type)
-    if (auto place = search.place_of(type)) location.knots.push_back(*std::move(place));
+    for (KnotPlace& place : search.places_of(type)) location.knots.push_back(std::move(place));
   std::stable_sort(
       location.knots.begin(), location.knots.end(),
       [](const KnotPlace& a, const KnotPlace& b) { return a.core.length() > b.core.length(); });

@@ -55,6 +55,12 @@ std::string undone_text(const Chain& chain, const KnotPlace& place, const Thread
          shown(chain, undone.tail) + '\n';
 }
 
+std::string dip_text(const Chain& chain, const KnotPlace& place, const Dip& dip) {
+  return "    dip: with residue " + shown(chain, dip.residue) + ' ' + place.type + " becomes " +
+         dip.becomes + ", share " + share_text(dip.share) + " at the least; with residue " +
+         shown(chain, dip.back) + " it is back\n";
+}
+
 std::string place_text(const Chain& chain, const KnotPlace& place) {
   std::string text =
       "  " + place.type + ": core " + shown(chain, place.core) + " (" +
@@ -64,6 +70,8 @@ std::string place_text(const Chain& chain, const KnotPlace& place) {
       shown(chain, place.longest) + '\n';
   for (const auto& undone : {place.undone_before, place.undone_after})
     if (undone) text += undone_text(chain, place, *undone);
+  for (const auto* dips : {&place.dips_before, &place.dips_after})
+    for (const Dip& dip : *dips) text += dip_text(chain, place, dip);
   return text;
 }
 
@@ -127,6 +135,15 @@ Json json_of(const Chain& chain, const KnotPlace& place) {
                     {"becomes", undone->becomes},
                     {"loop", json_of(chain, undone->loop)},
                     {"tail", json_of(chain, undone->tail)}};
+  for (const auto& [name, dips] :
+       {std::pair{"dips_before", &place.dips_before}, std::pair{"dips_after", &place.dips_after}})
+    for (const Dip& dip : *dips)
+      json[name].push_back({{"residue", label_of(chain, dip.residue)},
+                            {"residue_index", dip.residue},
+                            {"back", label_of(chain, dip.back)},
+                            {"back_index", dip.back},
+                            {"share", dip.share},
+                            {"becomes", dip.becomes}});
   return json;
 }
 
