@@ -4,6 +4,7 @@
 
 #include "chains.hpp"
 #include "command.hpp"
+#include "korvex/report.hpp"
 
 namespace korvex::cli {
 namespace {
