@@ -206,25 +206,26 @@ class PdbParser {
     model_ = {};
     number_.reset();
     ended_.clear();
-    run_ = 0;
+    run_ = run_begin_ = 0;
     has_atoms_ = in_model_ = false;
   }
 
  private:
   void end_chain() {
     const bool first = ended_.insert(last_chain_).second;
-    const auto ends_here = [this, first](const AtomSite& site) {
-      return site.chain == last_chain_ && (first || site.run == run_);
-    };
-    // Behind its chain's first TER record a run of HETATM records alone is ligands and waters.
-    const bool polymer =
-        first || std::any_of(model_.atoms.begin(), model_.atoms.end(),
-                             [&](const AtomSite& site) { return ends_here(site) && !site.het; });
-    for (AtomSite& site : model_.atoms) {
-      if (!polymer || !ends_here(site)) continue;
-      site.before_end = true;
-      site.before_first_end = site.before_first_end || first;
+    const auto own = [this](const AtomSite& site) { return site.chain == last_chain_; };
+    const auto atom = [&](const AtomSite& site) { return own(site) && !site.het; };
+    // Only the first TER record of a chain looks back farther than its run: there may be thousands.
+    const auto run = model_.atoms.begin() + static_cast<std::ptrdiff_t>(run_begin_);
+    const auto begin = first ? model_.atoms.begin() : run;
+    // Behind it a run of HETATM records alone is ligands and waters.
+    const bool polymer = first || std::any_of(run, model_.atoms.end(), atom);
+    for (auto site = begin; polymer && site != model_.atoms.end(); ++site) {
+      if (!own(*site)) continue;
+      site->before_end = true;
+      site->before_first_end = site->before_first_end || first;
     }
+    run_begin_ = model_.atoms.size();
     ++run_;
   }
 
@@ -237,7 +238,8 @@ class PdbParser {
   std::int64_t count_ = 0;
   std::set<std::string> ended_;  // chains that had a TER record
   std::string last_chain_;
-  std::size_t run_ = 0;
+  std::size_t run_ = 0;        // TER records so far
+  std::size_t run_begin_ = 0;  // atoms before the last of them
   bool has_atoms_ = false;
   bool in_model_ = false;
 };
