@@ -1,7 +1,9 @@
 #include <array>
 #include <charconv>
+#include <functional>
 #include <iostream>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -9,6 +11,7 @@
 #include "command.hpp"
 #include "commands.hpp"
 #include "engine_options.hpp"
+#include "korvex/closure_map.hpp"
 #include "korvex/report.hpp"
 #include "korvex/votes.hpp"
 #include "options.hpp"
@@ -28,10 +31,32 @@ struct KnotOptions {
   std::vector<std::string> files;
   ReadOptions read;
   VoteOptions votes;
+  ClosureMapOptions map{.boundaries = false};
   bool closure_given = false;
+  bool sampled = false;  // as --trials or --sampling ask
   Run run;
   ReportFormat format = ReportFormat::kText;
 };
+
+// The exact answer; nothing where votes are asked for or the map would have too many regions.
+std::optional<ClosureMap> map_of(const Chain& chain, Closure closure, const KnotOptions& options) {
+  if (closure != Closure::kRays || options.sampled) return std::nullopt;
+  const std::string title = title_of(chain);
+  Progress progress;
+  Run run = options.run;
+  run.progress = [&](double fraction) { progress.show_bar(title, fraction, 100, "percent"); };
+  return closure_map(chain.points, options.map, run);
+}
+
+Votes votes_of(const Chain& chain, const VoteOptions& votes, const KnotOptions& options) {
+  const std::string title = title_of(chain);
+  const auto trials = static_cast<double>(votes.trials > 0 ? votes.trials : votes.most_trials);
+  Progress progress;
+  Run run = options.run;
+  run.progress = [&](double fraction) { progress.show_bar(title, fraction, trials, "closures"); };
+  run.progress(0);
+  return vote(chain.points, votes, run);
+}
 
 Exit run_knot(const KnotOptions& options) {
   VotesReport report(options.format, std::cout);
@@ -40,20 +65,11 @@ Exit run_knot(const KnotOptions& options) {
       [&](const Chain& chain) {
         VoteOptions votes = options.votes;
         if (chain.closed && !options.closure_given) votes.closure = Closure::kRing;
-        const std::string title = title_of(chain);
-        Run run = options.run;
-        const auto trials =
-            static_cast<double>(votes.trials > 0 ? votes.trials : votes.most_trials);
-        Votes answer;
-        {
-          Progress progress;
-          run.progress = [&](double fraction) {
-            progress.show_bar(title, fraction, trials, "closures");
-          };
-          run.progress(0);
-          answer = vote(chain.points, votes, run);
+        if (const auto map = map_of(chain, votes.closure, options)) {
+          report.add(chain, *map);
+        } else {
+          report.add(chain, votes.closure, votes_of(chain, votes, options));
         }
-        report.add(chain, votes.closure, answer);
         flush_output();
       },
       options.closure_given && options.votes.closure == Closure::kRing);
@@ -61,7 +77,7 @@ Exit run_knot(const KnotOptions& options) {
   return exit;
 }
 
-Option trials_option(VoteOptions& votes) {
+Option trials_option(KnotOptions& options) {
   const auto parse = [](const std::string& text, std::size_t& trials) {
     if (text == "auto") {
       trials = 0;
@@ -79,11 +95,24 @@ Option trials_option(VoteOptions& votes) {
   };
   return {"--trials",
           "Closures by rays or two points to vote over; auto:\nas many as it takes until one type "
-          "has more than\nhalf for certain, or all shares are known to the\ntolerance",
-          [&votes, parse](const std::string& text) { parse(text, votes.trials); },
+          "has more than\nhalf for certain, or all shares are known to the\ntolerance, or to one "
+          "that is given. Default: none by\nrays, whose shares are exact, else 100",
+          [&options, parse](const std::string& text) {
+            options.sampled = true;
+            parse(text, options.votes.trials);
+          },
           "COUNT|auto",
-          "100",
+          "",
           refuse};
+}
+
+// An option that does something more where it is given.
+Option noting(Option option, const std::function<void()>& note) {
+  option.target = [note, take = std::get<TakeOne>(option.target)](const std::string& text) {
+    note();
+    take(text);
+  };
+  return option;
 }
 
 Option closure_option(KnotOptions& options) {
@@ -91,28 +120,28 @@ Option closure_option(KnotOptions& options) {
                          "How the ends are joined: both to infinity in one\ndirection; each in its "
                          "own; away from the centre;\nstraight to each other; or they are joined "
                          "already\n(the default for closed chains)");
-  option.target = [&options, take = std::get<TakeOne>(option.target)](const std::string& text) {
-    options.closure_given = true;
-    take(text);
-  };
-  return option;
+  return noting(std::move(option), [&options] { options.closure_given = true; });
 }
 
 }  // namespace
 
 Command knot_command() {
   auto options = std::make_shared<KnotOptions>();
-  Command command{
-      "knot", "Name the knots that chains form, with shares and intervals", {}, [options] {
-        return run_knot(*options);
-      }};
+  Command command{"knot", "Name the knots that chains form, with their shares", {}, [options] {
+                    return run_knot(*options);
+                  }};
   command.add(files(options->files));
   command.add(closure_option(*options));
-  command.add(trials_option(options->votes));
-  command.add(number("--tolerance", options->votes.tolerance, "SHARE",
-                     "Half the width of the 95 % intervals at which\n--trials auto stops",
-                     share()));
-  command.add(sampling_option(options->votes.sampling));
+  command.add(trials_option(*options));
+  command.add(
+      noting(number("--tolerance", options->votes.tolerance, "SHARE",
+                    "Half the width of the 95 % intervals at which\n--trials auto stops", share()),
+             [&options = *options] { options.votes.majority_settles = false; }));
+  command.add(noting(sampling_option(options->votes.sampling),
+                     [&options = *options] { options.sampled = true; }));
+  command.add(number("--regions", options->map.most_regions, "COUNT",
+                     "Most regions of exact shares; a chain that has more\nis voted on",
+                     within(1, 10'000'000)));
   add_run_options(command, options->run);
   add_chain_options(command, options->read);
   command.add(choice("--format", options->format, kFormats,

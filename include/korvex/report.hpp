@@ -19,6 +19,7 @@
 #include "korvex/catalogue.hpp"
 #include "korvex/chain.hpp"
 #include "korvex/closure.hpp"
+#include "korvex/closure_map.hpp"
 #include "korvex/export.hpp"
 #include "korvex/fingerprint.hpp"
 #include "korvex/locate.hpp"
@@ -82,10 +83,17 @@ class KORVEX_API Report {
 // kText: a line a chain. kTsv: a line a type: source, model, chain, residues, closure, trials,
 // type, votes, share, and the 95 % interval of the share. kJson: the same, `proven`, the crossings
 // left in diagrams, and what is known of a closed curve.
+//
+// Shares that are exact have no trials and no votes: `exact` stands for the trials in kTsv, where
+// votes are left empty and the interval is what the doubt leaves open. kJson has "exact": true, the
+// numbers of regions and the doubt. Shares have nine digits behind the point. In kText types below
+// 0.01 % are counted, not named.
 class KORVEX_API VotesReport : public Report {
  public:
   VotesReport(ReportFormat format, std::ostream& out);
   void add(const Chain& chain, Closure closure, const Votes& votes);
+  // Of closing by rays.
+  void add(const Chain& chain, const ClosureMap& map);
 };
 
 // kText: a paragraph a type. kTsv, kJson: a line or an object, with all that KnotType holds.

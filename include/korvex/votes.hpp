@@ -26,6 +26,8 @@ struct VoteOptions {
   std::size_t trials = 100;          // at most 10 million
   double tolerance = 0.02;           // share of the votes, above 0
   std::size_t most_trials = 10'000;  // 100 to 10 million
+  // False leaves out the first of these ends: the shares of all types are to be known.
+  bool majority_settles = true;
 };
 
 struct TypeVotes {

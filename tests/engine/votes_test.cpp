@@ -318,5 +318,18 @@ TEST(Vote, RefusesOptionsAndChainsOutOfRange) {
     EXPECT_THROW(votes_of(broken, {.closure = closure}), Error);
 }
 
+// One type has far more than half of the votes, and the shares of the rest are not known yet.
+TEST(Vote, GoesOnBeyondAMajorityWhereTheSharesAreWanted) {
+  const auto chain = compact_walk(4, 25);
+  VoteOptions options{.trials = 0, .tolerance = 0.02};
+  const Votes majority = votes_of(chain, options);
+  options.majority_settles = false;
+  const Votes shares = votes_of(chain, options);
+  EXPECT_GT(majority.dominant().interval.low, 0.5);
+  EXPECT_GT(shares.trials, majority.trials);
+  for (const TypeVotes& type : shares.types)
+    EXPECT_LE(type.interval.high - type.interval.low, 2 * options.tolerance);
+}
+
 }  // namespace
 }  // namespace korvex

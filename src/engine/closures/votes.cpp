@@ -109,7 +109,7 @@ class Voting {
     bool narrow = true;
     for (const auto& [type, votes] : tally_.types()) {
       const Interval interval = wilson_interval(votes.all, total);
-      if (interval.low > 0.5) return true;
+      if (options_.majority_settles && interval.low > 0.5) return true;
       narrow = narrow && interval.high - interval.low <= 2 * options_.tolerance;
     }
     return narrow;

@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <cmath>
+
 #include "engine/report/frame.hpp"
 #include "engine/report/number_text.hpp"
 #include "korvex/quoting.hpp"
@@ -69,11 +72,45 @@ std::string text(const Chain& chain, const Votes& votes) {
   return line + ")\n";
 }
 
+std::string text(const Chain& chain, const ClosureMap& map) {
+  constexpr double kShown = 0.0001;
+  std::string line = title_of(chain) + ": ";
+  const char* separator = "";
+  std::size_t small = 0;
+  for (const TypeShare& type : map.types) {
+    if (type.share < kShown) {
+      ++small;
+      continue;
+    }
+    line += separator + type.type + ' ' + fixed_text(100 * type.share, 2) + " %";
+    separator = ", ";
+  }
+  if (small > 0) line += ", " + std::to_string(small) + " more below 0.01 %";
+  return line + " (" + counted(chain.points.size(), "residue") +
+         ", exact: " + counted(map.regions.size(), "region") +
+         (map.doubt > 0 ? ", doubt " + number_text(map.doubt) : std::string()) + ")\n";
+}
+
+// The columns that all types of a chain have in common.
+std::string begin_of_row(const Chain& chain, Closure closure, const std::string& trials) {
+  return quoted_for_tsv(chain.source) + '\t' + std::to_string(chain.model) + '\t' +
+         quoted_for_tsv(chain.name) + '\t' + std::to_string(chain.points.size()) + '\t' +
+         std::string(name_of(closure)) + '\t' + trials + '\t';
+}
+
+std::string rows(const Chain& chain, const ClosureMap& map) {
+  constexpr int kDigits = 9;
+  const std::string all = begin_of_row(chain, Closure::kRays, "exact");
+  std::string lines;
+  for (const TypeShare& type : map.types)
+    lines += all + type.type + "\t\t" + fixed_text(type.share, kDigits) + '\t' +
+             fixed_text(std::max(type.share - map.doubt, 0.0), kDigits) + '\t' +
+             fixed_text(std::min(type.share + map.doubt, 1.0), kDigits) + '\n';
+  return lines;
+}
+
 std::string rows(const Chain& chain, Closure closure, const Votes& votes) {
-  const std::string all = quoted_for_tsv(chain.source) + '\t' + std::to_string(chain.model) + '\t' +
-                          quoted_for_tsv(chain.name) + '\t' + std::to_string(chain.points.size()) +
-                          '\t' + std::string(name_of(closure)) + '\t' +
-                          std::to_string(votes.trials) + '\t';
+  const std::string all = begin_of_row(chain, closure, std::to_string(votes.trials));
   std::string lines;
   for (const TypeVotes& type : votes.types)
     lines += all + type.type + '\t' + std::to_string(type.count) + '\t' + number_text(type.share) +
@@ -91,10 +128,34 @@ Json json_of(const RingReport& ring) {
           {"alexander_key", hexadecimal(ring.alexander_key)}};
 }
 
+// With nine digits behind the point: what is beyond them is rounding.
+double nine_digits(double share) { return std::round(share * 1e9) / 1e9; }
+
+Json json_of(const Chain& chain, const ClosureMap& map) {
+  Json json{{"source", chain.source},
+            {"model", chain.model},
+            {"chain", chain.name},
+            {"residues", chain.points.size()},
+            {"closure", name_of(Closure::kRays)},
+            {"exact", true},
+            {"regions", map.regions.size()},
+            {"doubt", map.doubt}};
+  json["types"] = Json::array();
+  for (const TypeShare& type : map.types)
+    json["types"].push_back({{"type", type.type},
+                             {"regions", type.regions},
+                             {"proven", nine_digits(type.proven)},
+                             {"share", nine_digits(type.share)}});
+  Json& crossings = json["crossings"] = Json::object();
+  for (const auto& [count, share] : map.crossings)
+    crossings[std::to_string(count)] = nine_digits(share);
+  return json;
+}
+
 Json json_of(const Chain& chain, Closure closure, const Votes& votes) {
-  Json json{{"source", chain.source},      {"model", chain.model},
-            {"chain", chain.name},         {"residues", chain.points.size()},
-            {"closure", name_of(closure)}, {"trials", votes.trials}};
+  Json json{{"source", chain.source},          {"model", chain.model},        {"chain", chain.name},
+            {"residues", chain.points.size()}, {"closure", name_of(closure)}, {"exact", false},
+            {"trials", votes.trials}};
   json["types"] = Json::array();
   for (const TypeVotes& type : votes.types)
     json["types"].push_back({{"type", type.type},
@@ -122,6 +183,17 @@ void VotesReport::add(const Chain& chain, Closure closure, const Votes& votes) {
       return put(rows(chain, closure, votes));
     default:
       return put(in_array(json_of(chain, closure, votes)));
+  }
+}
+
+void VotesReport::add(const Chain& chain, const ClosureMap& map) {
+  switch (format()) {
+    case ReportFormat::kText:
+      return put(text(chain, map));
+    case ReportFormat::kTsv:
+      return put(rows(chain, map));
+    default:
+      return put(in_array(json_of(chain, map)));
   }
 }
 
