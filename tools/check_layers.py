@@ -1,116 +1,167 @@
 #!/usr/bin/python3
-"""Reads the includes of the project and fails on an arrow that points up.
+"""Compares the arrows between the rooms with the table in CONTRIBUTING.md.
 
-usage: check_layers.py [ROOT]
+usage: check_layers.py [--objects DIRECTORY]
 
-A room may include itself and the rooms that its entry in BELOW names; nothing reaches into a room
-by a path through "..". Exit status 1 when an include breaks this, or when a room has no entry.
+The table names every room of src/ and the rooms that it stands on, all of them above it. An arrow
+is an include or, with the object files below DIRECTORY, a symbol that one room uses and another
+defines: includes of the public headers hide who calls whom. Fails on an arrow that the table does
+not have; with the objects also on one that only the table has. The rooms of the exported interface
+and those of the engine may have no arrow between them. Nothing reaches into a room by a path through
+"..". Exit status 1 when something is wrong.
 """
+import argparse
+import collections
 import pathlib
 import re
+import subprocess
 import sys
 
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+MAP = "CONTRIBUTING.md"
+ROW = re.compile(r"^\| `src/([\w/]+)` \|([^|]*)\|", re.MULTILINE)
 INCLUDE = re.compile(r'^\s*#\s*include\s*"([^"]+)"', re.MULTILINE)
 SOURCES = ("*.h", "*.hpp", "*.cpp")
+FRONTS = {"cli": "classic/", "python": ""}  # with the one directory below them, if any
 
-# The public headers, which may include one another from right to left only.
-PUBLIC = ["korvex/", "korvex.h", "preprocess.h"]
-
-GROUND = ["simd", "geometry", "read"]  # what libkorvex and libpreprocess each hold a copy of
-KERNELS = ["records", "crossings", "simplify", "alexander", "recognition"]
-ENGINE = [
-    "engine/run",  # threads, progress and cancellation, which know nothing of knots
-    "engine/diagram",
-    "engine/projection",
-    "engine/invariants",
-    "engine/catalogue",
-    "engine/identify",
-    "engine/sphere",  # arcs of great circles, and the faces they cut the sphere into
-    "engine/closures",
-    "engine/fingerprint",
-    "engine/report",
-]
+# The public headers, which may include one another from left to right only.
+PUBLIC = ["korvex/", "korvex.h", "preprocess.h", "korvex/export.hpp"]
+EXPORTED = {"preprocess", "records", "crossings", "simplify", "alexander"}
+EXPORTED |= {"recognition", "determination", "fingerprint", "api"}
 
 
-def below():
-    """{room: rooms that it may include}, public headers left out."""
-    allowed = {"records": set()}
-    for stack in (
-        KERNELS + ["determination", "fingerprint", "api"],
-        ["records"] + ENGINE,
-        GROUND + ["preprocess"],
-    ):
-        for position, room in enumerate(stack):
-            allowed.setdefault(room, set()).update(stack[:position])
-    for room in ENGINE:
-        allowed[room].update(KERNELS + ["simd", "geometry"])
-    for room in KERNELS:
-        allowed[room].add("simd")
-    # A front talks to the libraries through their public headers.
-    allowed["cli"] = set()
-    allowed["python"] = set()
-    return allowed
+def table():
+    """{room: rooms that it stands on}, from the map, in its order."""
+    rows = ROW.findall((ROOT / MAP).read_text())
+    return {room: re.findall(r"`([\w/]+)`", others) for room, others in rows}
 
 
-BELOW = below()
+def house(room):
+    return "engine" if room.startswith("engine/") else "exported" if room in EXPORTED else None
+
+
+def errors_of(rooms):
+    """What is wrong with the table itself."""
+    above = set()
+    for room, others in rooms.items():
+        for other in others:
+            if other not in above:
+                yield f"{MAP}: '{room}' stands on '{other}', which is not above it"
+            if house(other) not in (None, house(room)):
+                yield f"{MAP}: '{room}' and '{other}' are of two houses"
+        above.add(room)
 
 
 def room_of(path):
-    """The room of a source file, from its path below the root: two levels deep in the engine."""
-    parts = path.parts
-    if parts[0] == "src":
-        return "/".join(parts[1:3] if parts[1] == "engine" else parts[1:2])
-    return parts[0]
+    """The room of a file, from its path below src/: two levels deep in the engine."""
+    return "/".join(path.parts[: 2 if path.parts[0] == "engine" else 1])
+
+
+def rank(name):
+    return next(i for i in reversed(range(len(PUBLIC))) if name.startswith(PUBLIC[i]))
 
 
 def is_public(name):
     return name.startswith(tuple(PUBLIC))
 
 
-def rank(name):
-    return next(i for i, public in enumerate(PUBLIC) if name.startswith(public))
-
-
 def complaint(source, included):
-    """Why `source` (a path below the root) may not include `included`, or None."""
+    """Why `source` (a path below the root) may not include `included` at all, or None."""
     if ".." in pathlib.PurePath(included).parts:
         return "reaches out of its room"
-    room = room_of(source)
-    if room == "include":
-        name = source.relative_to("include").as_posix()
+    top = source.parts[0]
+    if top == "include":
         if not is_public(included):
             return "a public header includes a private one"
+        name = source.relative_to("include").as_posix()
         return "points up" if rank(included) < rank(name) else None
-    if room not in BELOW:
-        return f"the room '{room}' has no place in the order"
     if is_public(included):
-        wrong = room in GROUND + ["preprocess"] and included == "korvex.h"
-        return "points up" if wrong else None
-    if room in ("cli", "python") and ("/" not in included or included.startswith("classic/")):
-        return None
-    other = room_of(pathlib.PurePath("src") / included)
-    return None if other == room or other in BELOW[room] else f"points up to '{other}'"
+        exported = included in ("korvex.h", "preprocess.h")
+        room = room_of(source.relative_to("src")) if top == "src" else None
+        if exported and room is not None and house(room) != "exported":
+            return "the exported interface is another house"
+        return "points up" if room == "preprocess" and included == "korvex.h" else None
+    if top in FRONTS and "/" in included and not included.startswith(FRONTS[top] or "/"):
+        return "a front uses the public headers"
+    return None
 
 
-def main(root):
-    files = [
-        path
-        for directory in ("include", "src", "cli", "python")
-        for pattern in SOURCES
-        for path in sorted((root / directory).rglob(pattern))
-    ]
-    includes = [
-        (path.relative_to(root), included)
-        for path in files
-        for included in INCLUDE.findall(path.read_text())
-    ]
-    complaints = [(s, i, why) for s, i in includes if (why := complaint(s, i))]
-    for source, included, why in complaints:
-        print(f'{source}: #include "{included}": {why}')
-    print(f"{len(includes)} includes in {len(files)} files")
-    return 1 if complaints or not includes else 0
+def includes():
+    for top in ("include", "src", *FRONTS):
+        for pattern in SOURCES:
+            for path in sorted((ROOT / top).rglob(pattern)):
+                for included in INCLUDE.findall(path.read_text()):
+                    yield path.relative_to(ROOT), included
+
+
+def included_arrows():
+    """{(room, room it includes): where}"""
+    arrows = {}
+    for source, included in includes():
+        if source.parts[0] == "src" and not is_public(included):
+            arrow = room_of(source.relative_to("src")), room_of(pathlib.PurePath(included))
+            arrows.setdefault(arrow, f"{source} includes {included}")
+    return arrows
+
+
+def symbols(directory):
+    """Of every object file of a room: (room, symbol, its kind as nm tells it)."""
+    objects = sorted(directory.glob("*_objects.dir/**/*.o"))
+    if not objects:
+        sys.exit(f"{directory}: no object files; build first")
+    command = ["nm", "-A", "-P", *map(str, objects)]
+    for line in subprocess.run(command, capture_output=True, text=True, check=True).stdout.splitlines():
+        path, name, kind = re.match(r"(.+\.o): (\S+) (\S)", line).groups()
+        below = pathlib.Path(path).relative_to(directory).parts[1:]
+        yield room_of(pathlib.PurePath(*below)), name, kind
+
+
+def used_arrows(directory):
+    """{(room, room whose symbol it uses): the symbol}
+
+    What the compiler puts into every room that uses it (inline functions, templates) has no home;
+    but an explicit instantiation of a template of this project's is as weak and has one.
+    """
+    homes = collections.defaultdict(set)
+    used = set()
+    for room, name, kind in symbols(directory):
+        if kind == "U":
+            used.add((room, name))
+        elif kind in "TDBR" or (kind in "VW" and name.startswith(("_ZN6korvex", "_ZNK6korvex"))):
+            homes[name].add(room)
+    return {
+        (room, home): f"uses {name}"
+        for room, name in sorted(used)
+        for home in homes[name]
+        if room not in homes[name]
+    }
+
+
+def main(arguments):
+    rooms = table()
+    wrong = list(errors_of(rooms))
+    for source, included in includes():
+        if why := complaint(source, included):
+            wrong.append(f'{source}: #include "{included}": {why}')
+    arrows = included_arrows()
+    if arguments.objects:
+        arrows |= used_arrows(arguments.objects)
+    for (room, other), where in sorted(arrows.items()):
+        if room != other and other not in rooms.get(room, ()):
+            wrong.append(f"{MAP}: '{room}' is not said to stand on '{other}': {where}")
+    for room in {room_of(p.relative_to(ROOT / "src")) for p in (ROOT / "src").rglob("*.cpp")} - set(rooms):
+        wrong.append(f"{MAP}: the room '{room}' has no place in the table of arrows")
+    if arguments.objects:
+        for room, others in rooms.items():
+            for other in others:
+                if (room, other) not in arrows:
+                    wrong.append(f"{MAP}: '{room}' does not stand on '{other}': take it out")
+    print(*wrong, sep="\n", end="\n" if wrong else "")
+    print(f"{len(arrows)} arrows between {len(rooms)} rooms")
+    return 1 if wrong or not arrows else 0
 
 
 if __name__ == "__main__":
-    here = pathlib.Path(__file__).resolve().parent.parent
-    sys.exit(main(pathlib.Path(sys.argv[1]) if len(sys.argv) > 1 else here))
+    parser = argparse.ArgumentParser(description=__doc__.split("\n", 1)[0])
+    parser.add_argument("--objects", type=pathlib.Path, metavar="DIRECTORY")
+    sys.exit(main(parser.parse_args()))
