@@ -7,8 +7,8 @@ The table names every room of src/ and the rooms that it stands on, all of them 
 is an include or, with the object files below DIRECTORY, a symbol that one room uses and another
 defines: includes of the public headers hide who calls whom. Fails on an arrow that the table does
 not have; with the objects also on one that only the table has. The rooms of the exported interface
-and those of the engine may have no arrow between them. Nothing reaches into a room by a path through
-"..". Exit status 1 when something is wrong.
+and those of the engine may have no arrow between them. Nothing reaches into a room by a path
+through "..". Exit status 1 when something is wrong.
 """
 import argparse
 import collections
@@ -19,7 +19,7 @@ import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 MAP = "CONTRIBUTING.md"
-ROW = re.compile(r"^\| `src/([\w/]+)` \|([^|]*)\|", re.MULTILINE)
+ROW = re.compile(r"^\| `src/([\w/]*\w)` \|([^|]*)\|", re.MULTILINE)
 INCLUDE = re.compile(r'^\s*#\s*include\s*"([^"]+)"', re.MULTILINE)
 SOURCES = ("*.h", "*.hpp", "*.cpp")
 FRONTS = {"cli": "classic/", "python": ""}  # with the one directory below them, if any
@@ -110,7 +110,8 @@ def symbols(directory):
     if not objects:
         sys.exit(f"{directory}: no object files; build first")
     command = ["nm", "-A", "-P", *map(str, objects)]
-    for line in subprocess.run(command, capture_output=True, text=True, check=True).stdout.splitlines():
+    result = subprocess.run(command, capture_output=True, text=True, check=True)
+    for line in result.stdout.splitlines():
         path, name, kind = re.match(r"(.+\.o): (\S+) (\S)", line).groups()
         below = pathlib.Path(path).relative_to(directory).parts[1:]
         yield room_of(pathlib.PurePath(*below)), name, kind
@@ -149,7 +150,8 @@ def main(arguments):
     for (room, other), where in sorted(arrows.items()):
         if room != other and other not in rooms.get(room, ()):
             wrong.append(f"{MAP}: '{room}' is not said to stand on '{other}': {where}")
-    for room in {room_of(p.relative_to(ROOT / "src")) for p in (ROOT / "src").rglob("*.cpp")} - set(rooms):
+    built = {room_of(path.relative_to(ROOT / "src")) for path in (ROOT / "src").rglob("*.cpp")}
+    for room in sorted(built - set(rooms)):
         wrong.append(f"{MAP}: the room '{room}' has no place in the table of arrows")
     if arguments.objects:
         for room, others in rooms.items():
