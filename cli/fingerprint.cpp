@@ -75,7 +75,7 @@ Exit fingerprint_of_file(const Options& options) {
     };
     run.progress(0);
     write_fingerprint(fingerprint(chain.points, options.fingerprint, run), chain.residues,
-                      format_for(options), output.stream());
+                      format_for(options), output.stream(), chain.gaps);
   }
   output.publish();
   return Exit::kDone;

@@ -49,8 +49,8 @@ KORVEX_API std::span<const ReportFormat> location_formats();
 // The label of residue `index`, 0-based: "24", "52A", or index + 1 without residues. Not quoted.
 KORVEX_API std::string residue_label(std::span<const Residue> residues, std::size_t index);
 
-// "FILE model 2 chain A" for people: the model where it is not the first, the chain where it has a
-// name.
+// "FILE model 2 chain A part 1" for people: the model where it is not the first, the chain where it
+// has a name, the part where the chain was split.
 KORVEX_API std::string title_of(const Chain& chain);
 
 // Answers of one kind, one after another. What stands before the first is written when the report
@@ -81,8 +81,10 @@ class KORVEX_API Report {
 };
 
 // kText: a line a chain. kTsv: a line a type: source, model, chain, residues, closure, trials,
-// type, votes, share, and the 95 % interval of the share. kJson: the same, `proven`, the crossings
-// left in diagrams, and what is known of a closed curve.
+// type, votes, share, the 95 % interval of the share, and what is doubtful about the chain: gaps
+// that are bridged, the longest of them, bonds mended by the periodic box, ends (apart, near,
+// asked, repeated or bonded, as ChainEnds has them), and part (0 for a whole chain). kJson: the
+// same, `proven`, the crossings left in diagrams, and what is known of a closed curve.
 //
 // Shares that are exact have no trials and no votes: `exact` stands for the trials in kTsv, where
 // votes are left empty and the interval is what the doubt leaves open. kJson has "exact": true, the
@@ -104,9 +106,10 @@ class KORVEX_API CatalogueReport : public Report {
 };
 
 // kText: a line a chain and below it one or more for each place of a knot. kTsv: a line for each
-// place, or one with the type alone where there is none. kJson: an object a chain. kPymol,
-// kChimerax: commands; Error(kInvalidArgument) where chain.source is no file that the viewer loads,
-// or a name could be taken for a command.
+// place, with the bridged gaps in its core and, as all answers, what is doubtful about the chain,
+// or one with the type alone where there is none. kJson: an object a chain. kPymol, kChimerax:
+// commands; Error(kInvalidArgument) where chain.source is no file that the viewer loads, or a name
+// could be taken for a command.
 class KORVEX_API LocationReport : public Report {
  public:
   LocationReport(ReportFormat format, std::ostream& out);
@@ -143,7 +146,11 @@ class KORVEX_API LocationReport : public Report {
 // larger than 4 GiB.
 //
 // Written row by row, since it may take gigabytes. O(types n^2).
+//
+// `gaps` are those of the chain that are bridged: kTsv tells of each sub-chain how many lie in it
+// and the longest, kJson lists [index of the residue before, length].
 KORVEX_API void write_fingerprint(const Fingerprint& fingerprint, std::span<const Residue> residues,
-                                  ReportFormat format, std::ostream& out);
+                                  ReportFormat format, std::ostream& out,
+                                  std::span<const Gap> gaps = {});
 
 }  // namespace korvex

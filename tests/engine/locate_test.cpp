@@ -263,9 +263,30 @@ TEST(WriteLocation, TellsDips) {
 
 TEST(WriteTsv, HasALineForEveryTypeOfAKnottedSubChain) {
   EXPECT_EQ(written(made({"0_1", "+3_1"}, {{1, {2, 2}, {9, 9}, 4}}), ReportFormat::kTsv),
-            "begin\tend\ttype\tvotes\ttrials\tshare\tlow\thigh\n"
-            "3\t10\t0_1\t6\t10\t0.6\t0.312674\t0.83182\n"
-            "3\t10\t+3_1\t4\t10\t0.4\t0.16818\t0.687326\n");
+            "begin\tend\ttype\tvotes\ttrials\tshare\tlow\thigh\tgaps\tlongest_gap\n"
+            "3\t10\t0_1\t6\t10\t0.6\t0.312674\t0.83182\t0\t0\n"
+            "3\t10\t+3_1\t4\t10\t0.4\t0.16818\t0.687326\t0\t0\n");
+}
+
+TEST(Doubts, AboutGapsStandWithTheCoresAndSubChainsThatHoldThem) {
+  const Fingerprint fingerprint = made({"0_1", "+3_1"}, {{1, {0, 5}, {14, 19}, 6}});
+  Chain chain = labelled_chain();
+  chain.gaps = {{4, 9.5}, {5, 12.25}, {13, 8}, {14, 20}};  // the core is 5 to 14
+  chain.ends = ChainEnds::kNear;
+  const Location location = locate(fingerprint);
+  EXPECT_NE(written(location, ReportFormat::kTsv, chain).find("\t2\t4\t20\t0\tnear\t0\n"),
+            std::string::npos);
+  EXPECT_NE(written(location, ReportFormat::kText, chain).find("2 bridged gaps in it"),
+            std::string::npos);
+  const auto json = nlohmann::json::parse(written(location, ReportFormat::kJson, chain));
+  EXPECT_EQ(json[0]["gaps"], 4);
+  EXPECT_EQ(json[0]["longest_gap"], 20);
+  EXPECT_EQ(json[0]["ends"], "near");
+  EXPECT_EQ(json[0]["knots"][0]["core_gaps"], 2);
+  std::ostringstream out;
+  write_fingerprint(fingerprint, chain.residues, ReportFormat::kTsv, out, chain.gaps);
+  EXPECT_NE(out.str().find("105A\t114\t0_1\t4\t10\t0.4\t0.16818\t0.687326\t2\t12.25\n"),
+            std::string::npos);
 }
 
 TEST(WriteJson, HoldsTheVotesOfKnottedSubChains) {

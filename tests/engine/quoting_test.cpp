@@ -220,7 +220,9 @@ TEST(Reports, OfNothingAreComplete) {
   EXPECT_EQ(empty(ReportFormat::kText), "");
   EXPECT_EQ(empty(ReportFormat::kJson), "[]\n");
   EXPECT_EQ(empty(ReportFormat::kTsv),
-            "source\tmodel\tchain\tresidues\tclosure\ttrials\ttype\tvotes\tshare\tlow\thigh\n");
+            "source\tmodel\tchain\tresidues\tclosure\ttrials\ttype\tvotes\tshare\tlow\thigh\tgaps\t"
+            "longest_gap\t"
+            "mended\tends\tpart\n");
 }
 
 }  // namespace

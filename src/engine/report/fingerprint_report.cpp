@@ -48,9 +48,24 @@ std::string cell_of(const Fingerprint& fingerprint, std::span<const Residue> res
   return quoted_for_terminal(label_of(fingerprint, residues, station));
 }
 
+// The bridged gaps in a sub-chain, and the longest of them.
+std::string gap_cells(const Fingerprint& fingerprint, std::span<const Gap> gaps, std::size_t begin,
+                      std::size_t end) {
+  std::size_t count = 0;
+  double longest = 0;
+  for (const Gap& gap : gaps) {
+    if (gap.after < static_cast<std::size_t>(fingerprint.stations()[begin]) ||
+        gap.after >= static_cast<std::size_t>(fingerprint.stations()[end]))
+      continue;
+    ++count;
+    longest = std::max(longest, gap.length);
+  }
+  return std::to_string(count) + '\t' + number_text(longest);
+}
+
 void write_tsv(const Fingerprint& fingerprint, std::span<const Residue> residues,
-               std::ostream& out) {
-  out << "begin\tend\ttype\tvotes\ttrials\tshare\tlow\thigh\n";
+               std::span<const Gap> gaps, std::ostream& out) {
+  out << "begin\tend\ttype\tvotes\ttrials\tshare\tlow\thigh\tgaps\tlongest_gap\n";
   const std::string trials = std::to_string(fingerprint.trials());
   std::string line;
   for_each_knotted(fingerprint, [&](std::size_t begin, std::size_t end) {
@@ -61,23 +76,26 @@ void write_tsv(const Fingerprint& fingerprint, std::span<const Residue> residues
       line = cell_of(fingerprint, residues, begin) + '\t' + cell_of(fingerprint, residues, end) +
              '\t' + fingerprint.types()[type] + '\t' + std::to_string(count) + '\t' + trials +
              '\t' + number_text(fingerprint.share(type, begin, end)) + '\t' +
-             number_text(interval.low) + '\t' + number_text(interval.high) + '\n';
+             number_text(interval.low) + '\t' + number_text(interval.high) + '\t' +
+             gap_cells(fingerprint, gaps, begin, end) + '\n';
       out << line;
     }
   });
 }
 
 void write_json(const Fingerprint& fingerprint, std::span<const Residue> residues,
-                std::ostream& out) {
+                std::span<const Gap> gaps, std::ostream& out) {
   using Json = nlohmann::ordered_json;
   Json labels = Json::array();
   for (std::size_t k = 0; k < fingerprint.stations().size(); ++k)
     labels.push_back(label_of(fingerprint, residues, k));
+  Json bridged = Json::array();
+  for (const Gap& gap : gaps) bridged.push_back({gap.after, gap.length});
   const auto text = [](const Json& json) {
     return json.dump(-1, ' ', false, Json::error_handler_t::replace);
   };
   out << "{\"stations\":" + text(fingerprint.stations()) + ",\"labels\":" + text(labels) +
-             ",\"types\":" + text(fingerprint.types()) +
+             ",\"gaps\":" + text(bridged) + ",\"types\":" + text(fingerprint.types()) +
              ",\"trials\":" + std::to_string(fingerprint.trials()) + ",\"sub_chains\":[";
   // Row by row: there may be millions.
   const char* comma = "";
@@ -135,12 +153,12 @@ void write_matrix(const Fingerprint& fingerprint, std::span<const Residue> resid
 }  // namespace
 
 void write_fingerprint(const Fingerprint& fingerprint, std::span<const Residue> residues,
-                       ReportFormat format, std::ostream& out) {
+                       ReportFormat format, std::ostream& out, std::span<const Gap> gaps) {
   switch (format) {
     case ReportFormat::kTsv:
-      return write_tsv(fingerprint, residues, out);
+      return write_tsv(fingerprint, residues, gaps, out);
     case ReportFormat::kJson:
-      return write_json(fingerprint, residues, out);
+      return write_json(fingerprint, residues, gaps, out);
     case ReportFormat::kMatrix:
       return write_matrix(fingerprint, residues, out);
     case ReportFormat::kNpz:

@@ -1,3 +1,4 @@
+#include "engine/report/doubts.hpp"
 #include "engine/report/frame.hpp"
 #include "engine/report/location_scripts.hpp"
 #include "engine/report/number_text.hpp"
@@ -10,7 +11,8 @@ using Json = nlohmann::ordered_json;
 
 constexpr Report::Frame kTable{
     "source\tmodel\tchain\ttype\tcore_begin\tcore_end\tcore_share\twhole_share\ttail_before\t"
-    "tail_after\tsub_chains\tlongest_begin\tlongest_end\tundone_before\tundone_after\n",
+    "tail_after\tsub_chains\tlongest_begin\tlongest_end\tundone_before\tundone_after\tcore_"
+    "gaps\tgaps\tlongest_gap\tmended\tends\tpart\n",
     {},
     {},
     {}};
@@ -61,13 +63,19 @@ std::string dip_text(const Chain& chain, const KnotPlace& place, const Dip& dip)
          shown(chain, dip.back) + " it is back\n";
 }
 
+std::string core_gaps_text(std::size_t gaps) {
+  if (gaps == 0) return {};
+  return ", " + std::to_string(gaps) + " bridged gap" + (gaps == 1 ? "" : "s") + " in it";
+}
+
 std::string place_text(const Chain& chain, const KnotPlace& place) {
-  std::string text =
-      "  " + place.type + ": core " + shown(chain, place.core) + " (" +
-      std::to_string(place.core.length()) + " residues, share " + share_text(place.core_share) +
-      "), tails " + std::to_string(place.tail_before) + " and " + std::to_string(place.tail_after) +
-      " residues, in " + std::to_string(place.sub_chains) + " sub-chains, the longest " +
-      shown(chain, place.longest) + '\n';
+  std::string text = "  " + place.type + ": core " + shown(chain, place.core) + " (" +
+                     std::to_string(place.core.length()) + " residues, share " +
+                     share_text(place.core_share) + core_gaps_text(gaps_within(chain, place.core)) +
+                     "), tails " + std::to_string(place.tail_before) + " and " +
+                     std::to_string(place.tail_after) + " residues, in " +
+                     std::to_string(place.sub_chains) + " sub-chains, the longest " +
+                     shown(chain, place.longest) + '\n';
   for (const auto& undone : {place.undone_before, place.undone_after})
     if (undone) text += undone_text(chain, place, *undone);
   for (const auto* dips : {&place.dips_before, &place.dips_after})
@@ -76,8 +84,8 @@ std::string place_text(const Chain& chain, const KnotPlace& place) {
 }
 
 std::string text(const Chain& chain, const Location& location) {
-  std::string lines =
-      title_of(chain) + ": " + location.type + ", share " + share_text(location.share);
+  std::string lines = title_of(chain) + ": " + location.type + ", share " +
+                      share_text(location.share) + doubt_text(chain);
   if (location.factors.size() > 1) {
     const char* separator = ", composite of ";
     for (const std::string& factor : location.factors) {
@@ -93,8 +101,10 @@ std::string text(const Chain& chain, const Location& location) {
 std::string rows(const Chain& chain, const Location& location) {
   const std::string of_chain = quoted_for_tsv(chain.source) + '\t' + std::to_string(chain.model) +
                                '\t' + quoted_for_tsv(chain.name) + '\t';
+  const std::string doubts = doubt_cells(chain);
   if (location.knots.empty())
-    return of_chain + location.type + "\t\t\t\t" + number_text(location.share) + "\t\t\t\t\t\t\t\n";
+    return of_chain + location.type + "\t\t\t\t" + number_text(location.share) +
+           "\t\t\t\t\t\t\t\t\t" + doubts + '\n';
   const auto gone = [&](const std::optional<Threading>& undone) {
     return undone ? shown(chain, undone->residue) : std::string();
   };
@@ -105,7 +115,8 @@ std::string rows(const Chain& chain, const Location& location) {
              number_text(place.whole_share) + '\t' + std::to_string(place.tail_before) + '\t' +
              std::to_string(place.tail_after) + '\t' + std::to_string(place.sub_chains) + '\t' +
              shown(chain, place.longest.first) + '\t' + shown(chain, place.longest.last) + '\t' +
-             gone(place.undone_before) + '\t' + gone(place.undone_after) + '\n';
+             gone(place.undone_before) + '\t' + gone(place.undone_after) + '\t' +
+             std::to_string(gaps_within(chain, place.core)) + '\t' + doubts + '\n';
   return lines;
 }
 
@@ -120,6 +131,7 @@ Json json_of(const Chain& chain, const KnotPlace& place) {
   Json json;
   json["type"] = place.type;
   json["core"] = json_of(chain, place.core);
+  json["core_gaps"] = gaps_within(chain, place.core);
   json["core_share"] = place.core_share;
   json["whole_share"] = place.whole_share;
   json["tail_before"] = place.tail_before;
@@ -153,6 +165,7 @@ Json json_of(const Chain& chain, const Location& location) {
   json["model"] = chain.model;
   json["chain"] = chain.name;
   json["residues"] = chain.points.size();
+  add_doubts(json, chain);
   json["type"] = location.type;
   json["share"] = location.share;
   json["factors"] = location.factors;

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "engine/report/doubts.hpp"
 #include "engine/report/frame.hpp"
 #include "engine/report/number_text.hpp"
 #include "korvex/quoting.hpp"
@@ -11,7 +12,11 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 constexpr Report::Frame kTable{
-    "source\tmodel\tchain\tresidues\tclosure\ttrials\ttype\tvotes\tshare\tlow\thigh\n", {}, {}, {}};
+    "source\tmodel\tchain\tresidues\tclosure\ttrials\ttype\tvotes\tshare\tlow\thigh\tgaps\tlongest_"
+    "gap\tmended\tends\tpart\n",
+    {},
+    {},
+    {}};
 
 const Report::Frame& frame_for(ReportFormat format) {
   switch (format) {
@@ -66,7 +71,8 @@ std::string text(const Chain& chain, const Votes& votes) {
               percent(type.interval.high) + ']';
     separator = ", ";
   }
-  line += " (" + counted(chain.points.size(), "residue") + ", " + counted(votes.trials, "closure");
+  line += " (" + counted(chain.points.size(), "residue") + ", " + counted(votes.trials, "closure") +
+          doubt_text(chain);
   if (votes.ring && votes.dominant().type.find('?') != std::string::npos)
     line += ring_text(*votes.ring);
   return line + ")\n";
@@ -88,7 +94,8 @@ std::string text(const Chain& chain, const ClosureMap& map) {
   if (small > 0) line += ", " + std::to_string(small) + " more below 0.01 %";
   return line + " (" + counted(chain.points.size(), "residue") +
          ", exact: " + counted(map.regions.size(), "region") +
-         (map.doubt > 0 ? ", doubt " + number_text(map.doubt) : std::string()) + ")\n";
+         (map.doubt > 0 ? ", doubt " + number_text(map.doubt) : std::string()) + doubt_text(chain) +
+         ")\n";
 }
 
 // The columns that all types of a chain have in common.
@@ -101,20 +108,23 @@ std::string begin_of_row(const Chain& chain, Closure closure, const std::string&
 std::string rows(const Chain& chain, const ClosureMap& map) {
   constexpr int kDigits = 9;
   const std::string all = begin_of_row(chain, Closure::kRays, "exact");
+  const std::string doubts = doubt_cells(chain);
   std::string lines;
   for (const TypeShare& type : map.types)
     lines += all + type.type + "\t\t" + fixed_text(type.share, kDigits) + '\t' +
              fixed_text(std::max(type.share - map.doubt, 0.0), kDigits) + '\t' +
-             fixed_text(std::min(type.share + map.doubt, 1.0), kDigits) + '\n';
+             fixed_text(std::min(type.share + map.doubt, 1.0), kDigits) + '\t' + doubts + '\n';
   return lines;
 }
 
 std::string rows(const Chain& chain, Closure closure, const Votes& votes) {
   const std::string all = begin_of_row(chain, closure, std::to_string(votes.trials));
+  const std::string doubts = doubt_cells(chain);
   std::string lines;
   for (const TypeVotes& type : votes.types)
     lines += all + type.type + '\t' + std::to_string(type.count) + '\t' + number_text(type.share) +
-             '\t' + number_text(type.interval.low) + '\t' + number_text(type.interval.high) + '\n';
+             '\t' + number_text(type.interval.low) + '\t' + number_text(type.interval.high) + '\t' +
+             doubts + '\n';
   return lines;
 }
 
@@ -140,6 +150,7 @@ Json json_of(const Chain& chain, const ClosureMap& map) {
             {"exact", true},
             {"regions", map.regions.size()},
             {"doubt", map.doubt}};
+  add_doubts(json, chain);
   json["types"] = Json::array();
   for (const TypeShare& type : map.types)
     json["types"].push_back({{"type", type.type},
@@ -156,6 +167,7 @@ Json json_of(const Chain& chain, Closure closure, const Votes& votes) {
   Json json{{"source", chain.source},          {"model", chain.model},        {"chain", chain.name},
             {"residues", chain.points.size()}, {"closure", name_of(closure)}, {"exact", false},
             {"trials", votes.trials}};
+  add_doubts(json, chain);
   json["types"] = Json::array();
   for (const TypeVotes& type : votes.types)
     json["types"].push_back({{"type", type.type},
