@@ -59,4 +59,22 @@ Exit for_each_chain(const std::vector<std::string>& files, const ReadOptions& re
   return exit;
 }
 
+Chain only_chain(const std::string& file, const ReadOptions& read) {
+  std::vector<Chain> chains = read_chains(source_named(file), read);
+  if (chains.size() == 1) return std::move(chains.front());
+  std::string names;
+  for (const Chain& chain : chains) {
+    const std::string name = "model " + std::to_string(chain.model) +
+                             (chain.name.empty() ? "" : " chain " + chain.name) +
+                             (chain.part == 0 ? "" : " part " + std::to_string(chain.part));
+    if (names.size() > 200) {
+      names += ", ...";
+      break;
+    }
+    names += (names.empty() ? "" : ", ") + name;
+  }
+  throw Failure(Exit::kSomeInputsFailed,
+                file + ": choose one of its chains by --model, --chain and --residues: " + names);
+}
+
 }  // namespace korvex::cli

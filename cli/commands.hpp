@@ -8,6 +8,7 @@ namespace korvex::cli {
 Command knot_command();
 Command fingerprint_command();
 Command locate_command();
+Command map_command();
 Command table_command();
 
 // Those of the same names that run the exported interface. A command line with --classic anywhere

@@ -37,30 +37,10 @@ ReportFormat format_for(const Options& options) {
   return ReportFormat::kMatrix;
 }
 
-// The one chain that the options select.
-Chain only_chain(const Options& options) {
-  std::vector<Chain> chains = read_chains(source_named(options.file), options.read);
-  if (chains.size() == 1) return std::move(chains.front());
-  std::string names;
-  for (const Chain& chain : chains) {
-    const std::string name = "model " + std::to_string(chain.model) +
-                             (chain.name.empty() ? "" : " chain " + chain.name) +
-                             (chain.part == 0 ? "" : " part " + std::to_string(chain.part));
-    if (names.size() > 200) {
-      names += ", ...";
-      break;
-    }
-    names += (names.empty() ? "" : ", ") + name;
-  }
-  throw Failure(
-      Exit::kSomeInputsFailed,
-      options.file + ": choose one of its chains by --model, --chain and --residues: " + names);
-}
-
 Exit fingerprint_of_file(const Options& options) {
   refuse_to_replace(options.file, options.output);
   OutputFile output(options.output);
-  const Chain chain = only_chain(options);
+  const Chain chain = only_chain(options.file, options.read);
   ReadNotes notes(options.read);
   notes.add(chain);
   notes.tell();

@@ -34,7 +34,7 @@ std::vector<Command> commands_for(int argc, char** argv) {
   });
   return {is_classic ? classic::knot_command() : knot_command(),
           is_classic ? classic::fingerprint_command() : fingerprint_command(), locate_command(),
-          table_command()};
+          map_command(), table_command()};
 }
 
 Exit guarded(const Work& work) {

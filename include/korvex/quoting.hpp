@@ -23,4 +23,8 @@ KORVEX_API std::string quoted_for_terminal(std::string_view text);
 // character is to be left out. O(size).
 KORVEX_API std::string quoted_for_tsv(std::string_view text);
 
+// Text or an attribute's value in XML. As for a terminal, with entities for & < > and both quotes.
+// O(size).
+KORVEX_API std::string quoted_for_xml(std::string_view text);
+
 }  // namespace korvex

@@ -35,9 +35,10 @@ enum class ReportFormat {
   kMatrix,    // the matrix text of the exported interface
   kPymol,     // commands that load a file and colour its knots in PyMOL
   kChimerax,  // the same in ChimeraX
+  kSvg,       // a drawing
 };
 
-// What the formats are called: "text", "tsv", "json", "npz", "matrix", "pymol", "chimerax".
+// What the formats are called: "text", "tsv", "json", "npz", "matrix", "pymol", "chimerax", "svg".
 KORVEX_API std::string_view name_of(ReportFormat format);
 
 // The formats that each kind of answer can be written in. All else throws Error(kInvalidArgument).
@@ -45,6 +46,7 @@ KORVEX_API std::span<const ReportFormat> vote_formats();
 KORVEX_API std::span<const ReportFormat> catalogue_formats();
 KORVEX_API std::span<const ReportFormat> fingerprint_formats();
 KORVEX_API std::span<const ReportFormat> location_formats();
+KORVEX_API std::span<const ReportFormat> map_formats();
 
 // The label of residue `index`, 0-based: "24", "52A", or index + 1 without residues. Not quoted.
 KORVEX_API std::string residue_label(std::span<const Residue> residues, std::size_t index);
@@ -152,5 +154,21 @@ class KORVEX_API LocationReport : public Report {
 KORVEX_API void write_fingerprint(const Fingerprint& fingerprint, std::span<const Residue> residues,
                                   ReportFormat format, std::ostream& out,
                                   std::span<const Gap> gaps = {});
+
+// kSvg: both hemispheres seen from outside, from +z and from -z, in equal area (Lambert), a colour
+// for each type, the same in every drawing, a legend with shares, and the directions of the five
+// largest regions marked.
+//
+// kJson: one object: types, and regions with all that ClosureRegion holds.
+//
+// kNpz: a deflated archive of these arrays, t being the types, r the regions, p their boundaries:
+// - types: unicode (t); type_share: float64 (t)
+// - region_type: int32 (r), numbers of types; region_share: float64 (r)
+// - region_direction: float64 (r, 3); region_proven, region_in_doubt: uint8 (r)
+// - polygon_region: int32 (p), the region that each polygon bounds; polygon_begin: int64 (p + 1),
+//   where its points begin among polygon_points: float64 (, 3)
+// Regions are drawn where the map has their boundaries. O(points of boundaries).
+KORVEX_API void write_closure_map(const Chain& chain, const ClosureMap& map, ReportFormat format,
+                                  std::ostream& out);
 
 }  // namespace korvex

@@ -91,4 +91,30 @@ std::string quoted_for_tsv(std::string_view text) {
   return quoted_for_terminal(doubled);
 }
 
+std::string quoted_for_xml(std::string_view text) {
+  std::string result;
+  for (const char byte : quoted_for_terminal(text)) {
+    switch (byte) {
+      case '&':
+        result += "&amp;";
+        break;
+      case '<':
+        result += "&lt;";
+        break;
+      case '>':
+        result += "&gt;";
+        break;
+      case '"':
+        result += "&quot;";
+        break;
+      case '\'':
+        result += "&#39;";
+        break;
+      default:
+        result += byte;
+    }
+  }
+  return result;
+}
+
 }  // namespace korvex

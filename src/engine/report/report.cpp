@@ -15,6 +15,7 @@ constexpr std::array kOfVotes{kText, kTsv, kJson};
 constexpr std::array kOfCatalogue{kText, kTsv, kJson};
 constexpr std::array kOfFingerprints{kNpz, kTsv, kJson, kMatrix};
 constexpr std::array kOfLocations{kText, kTsv, kJson, kPymol, kChimerax};
+constexpr std::array kOfMaps{kSvg, kJson, kNpz};
 
 void write(std::ostream& out, std::string_view text) {
   out.write(text.data(), static_cast<std::streamsize>(text.size()));
@@ -38,6 +39,8 @@ std::string_view name_of(ReportFormat format) {
       return "pymol";
     case kChimerax:
       return "chimerax";
+    case kSvg:
+      return "svg";
   }
   return {};
 }
@@ -46,6 +49,7 @@ std::span<const ReportFormat> vote_formats() { return kOfVotes; }
 std::span<const ReportFormat> catalogue_formats() { return kOfCatalogue; }
 std::span<const ReportFormat> fingerprint_formats() { return kOfFingerprints; }
 std::span<const ReportFormat> location_formats() { return kOfLocations; }
+std::span<const ReportFormat> map_formats() { return kOfMaps; }
 
 std::string residue_label(std::span<const Residue> residues, std::size_t index) {
   if (index >= residues.size()) return std::to_string(index + 1);

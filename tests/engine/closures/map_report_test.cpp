@@ -1,0 +1,163 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <map>
+#include <nlohmann/json.hpp>
+#include <random>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "engine/closures/closure_mapping.hpp"
+#include "engine/random_chains.hpp"
+#include "engine/report/palette.hpp"
+#include "korvex/error.hpp"
+#include "korvex/quoting.hpp"
+#include "korvex/report.hpp"
+
+namespace korvex {
+namespace {
+
+Chain chain_of(std::vector<Point> points) {
+  Chain chain;
+  chain.source = "a<b>.pdb";
+  chain.points = std::move(points);
+  return chain;
+}
+
+std::string written(const Chain& chain, const ClosureMap& map, ReportFormat format) {
+  std::ostringstream out;
+  write_closure_map(chain, map, format, out);
+  return out.str();
+}
+
+using Polygon = std::vector<std::pair<double, double>>;
+
+struct Drawn {
+  std::string colour;
+  std::vector<Polygon> polygons;
+
+  // By the rule of even and odd.
+  bool holds(double x, double y) const {
+    bool inside = false;
+    for (const Polygon& polygon : polygons) {
+      for (std::size_t k = 0; k < polygon.size(); ++k) {
+        const auto [ax, ay] = polygon[k];
+        const auto [bx, by] = polygon[(k + 1) % polygon.size()];
+        if ((ay > y) != (by > y) && x < ax + (y - ay) / (by - ay) * (bx - ax)) inside = !inside;
+      }
+    }
+    return inside;
+  }
+};
+
+Drawn parsed(const std::string& path, const std::string& colour) {
+  Drawn drawn{colour, {}};
+  std::string rest = path;
+  const std::string everywhere = "M-400-400H400V400H-400Z";
+  if (rest.starts_with(everywhere)) {
+    drawn.polygons.push_back({{-400, -400}, {400, -400}, {400, 400}, {-400, 400}});
+    rest = rest.substr(everywhere.size());
+  }
+  for (char& c : rest)
+    if (c == 'L') c = ' ';
+  std::istringstream polygons(rest);
+  std::string polygon;
+  while (std::getline(polygons, polygon, 'Z')) {
+    std::istringstream numbers(polygon.substr(1));
+    auto& points = drawn.polygons.emplace_back();
+    for (double x = 0, y = 0; numbers >> x >> y;) points.push_back({x, y});
+  }
+  return drawn;
+}
+
+std::vector<std::vector<Drawn>> discs_of(const std::string& svg) {
+  std::vector<std::vector<Drawn>> discs;
+  std::istringstream lines(svg);
+  for (std::string line; std::getline(lines, line);) {
+    if (line.starts_with("<g clip-path")) discs.emplace_back();
+    if (!line.starts_with("<path d=\"")) continue;
+    const std::size_t end = line.find('"', 9);
+    const std::size_t fill = line.find("fill=\"") + 6;
+    discs.back().push_back(parsed(line.substr(9, end - 9), line.substr(fill, 7)));
+  }
+  return discs;
+}
+
+TEST(MapDrawing, HasEachDirectionInOneRegionAndColoursInProportionToTheShares) {
+  for (unsigned seed = 3; seed <= 5; ++seed) {
+    const auto chain = chain_of(compact_walk(seed, 30));
+    const ClosureMap map = closure_map(chain.points).value();
+    const auto discs = discs_of(written(chain, map, ReportFormat::kSvg));
+    ASSERT_EQ(discs.size(), 2u);
+    std::mt19937 generator(seed);
+    std::uniform_real_distribution<double> anywhere(-200, 200);
+    std::map<std::string, double> found;
+    constexpr int kDrawn = 4000;
+    int all = 0;
+    int not_once = 0;
+    for (int k = 0; k < kDrawn; ++k) {
+      const double x = anywhere(generator);
+      const double y = anywhere(generator);
+      if (std::hypot(x, y) > 199) continue;
+      for (const auto& disc : discs) {
+        ++all;
+        int times = 0;
+        for (const Drawn& region : disc) {
+          if (!region.holds(x, y)) continue;
+          ++times;
+          ++found[region.colour];
+        }
+        if (times != 1) ++not_once;
+      }
+    }
+    EXPECT_LT(not_once, all / 200) << "more than the rounded edges of regions";
+    std::map<std::string, double> expected;
+    for (const TypeShare& type : map.types) expected[colour_of_type(type.type)] += type.share;
+    for (const auto& [colour, share] : expected)
+      EXPECT_NEAR(found[colour] / all, share, 0.03) << seed << " " << colour;
+  }
+}
+
+TEST(MapDrawing, QuotesNamesForXml) {
+  EXPECT_EQ(quoted_for_xml("a<b>&\"'\n"), "a&lt;b&gt;&amp;&quot;&#39;\\n");
+  const auto chain = chain_of(random_walk(1, 5));
+  const std::string svg = written(chain, closure_map(chain.points).value(), ReportFormat::kSvg);
+  EXPECT_NE(svg.find("a&lt;b&gt;.pdb"), std::string::npos);
+  EXPECT_EQ(svg.find("a<b>"), std::string::npos);
+}
+
+TEST(MapReport, HoldsAllRegionsInJson) {
+  const auto chain = chain_of(compact_walk(4, 25));
+  const ClosureMap map = closure_map(chain.points).value();
+  const auto json = nlohmann::json::parse(written(chain, map, ReportFormat::kJson));
+  ASSERT_EQ(json["regions"].size(), map.regions.size());
+  for (std::size_t k = 0; k < map.regions.size(); ++k) {
+    EXPECT_EQ(json["regions"][k]["share"], map.regions[k].share);
+    EXPECT_EQ(json["regions"][k]["type"], map.types[map.regions[k].type].type);
+    EXPECT_EQ(json["regions"][k]["boundaries"].size(), map.regions[k].boundaries.size());
+  }
+}
+
+TEST(MapReport, IsTheSameBytesEachTimeAndRefusesOtherFormats) {
+  const auto chain = chain_of(compact_walk(4, 25));
+  const ClosureMap map = closure_map(chain.points).value();
+  const std::string archive = written(chain, map, ReportFormat::kNpz);
+  EXPECT_EQ(archive, written(chain, map, ReportFormat::kNpz));
+  EXPECT_TRUE(archive.starts_with("PK"));
+  EXPECT_NE(archive.find("polygon_points.npy"), std::string::npos);
+  EXPECT_THROW(written(chain, map, ReportFormat::kTsv), Error);
+}
+
+TEST(Palette, TellsHandsAndCommonKnotsApart) {
+  const std::vector<std::string> types{"0_1",  "+3_1", "-3_1", "4_1",  "+5_1", "-5_1",
+                                       "+5_2", "-5_2", "+6_1", "+6_2", "6_3",  "+7_1"};
+  for (std::size_t a = 0; a < types.size(); ++a) {
+    EXPECT_EQ(colour_of_type(types[a]).size(), 7u);
+    for (std::size_t b = 0; b < a; ++b)
+      EXPECT_NE(colour_of_type(types[a]), colour_of_type(types[b]));
+  }
+}
+
+}  // namespace
+}  // namespace korvex
