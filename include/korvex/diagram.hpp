@@ -24,16 +24,13 @@ class KORVEX_API Diagram {
  public:
   // The round circle.
   Diagram() = default;
-  // `code` must be that of a closed curve.
-  explicit Diagram(GaussCode code) : code_(std::move(code)) {}
 
   // The closed polygon through `points`, its last point joined to its first, seen from far away in
   // `direction` (of any length but 0). Where that view is degenerate the direction is turned by
   // about 1e-5 rad, and where the polygon touches itself its points are moved by about 1e-9 of its
-  // extent: always in the same way. Segment i of the passages runs from point i to the next one.
-  // Throws Error(kInvalidArgument) for a coordinate that is not finite or a direction of length 0.
-  // O(n log n + crossings) for chains that do not fill the plane. Of `run` it asks only whether to
-  // stop: Error(kCancelled).
+  // extent: always in the same way. Throws Error(kInvalidArgument) for a coordinate that is not
+  // finite or a direction of length 0. O(n log n + crossings) for chains that do not fill the
+  // plane. Of `run` it asks only whether to stop: Error(kCancelled).
   static Diagram of_polygon(std::span<const Point> points, const Point& direction,
                             const Run& run = {});
 
@@ -79,9 +76,13 @@ class KORVEX_API Diagram {
   // only whether to stop, before each stretch: Error(kCancelled).
   Diagram simplified(const Run& run = {}) const;
 
+  // The same passages in the same order: of_gauss_code(d.gauss_code()) == d for every diagram d.
   friend bool operator==(const Diagram&, const Diagram&) = default;
 
  private:
+  friend class TrustedDiagram;
+  explicit Diagram(GaussCode code) : code_(std::move(code)) {}
+
   GaussCode code_;
 };
 

@@ -8,10 +8,9 @@ namespace korvex {
 
 // One passage of a curve through a crossing.
 struct Passage {
-  std::int32_t segment;  // segment of the chain, from point `segment` to the next one, 0-based
-  std::int32_t mate;     // index in the code of the other passage through this crossing
-  bool over;             // nearer to the viewer than its mate
-  bool positive;         // right-handed: the over strand turns counter-clockwise onto the under one
+  std::int32_t mate;  // index in the code of the other passage through this crossing
+  bool over;          // nearer to the viewer than its mate
+  bool positive;      // right-handed: the over strand turns counter-clockwise onto the under one
 
   friend bool operator==(const Passage&, const Passage&) = default;
 };

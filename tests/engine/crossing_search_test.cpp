@@ -19,12 +19,15 @@ namespace {
 // Segments that cross, the over one first, and whether they cross positively.
 using Crossing = std::tuple<std::int32_t, std::int32_t, bool>;
 
-std::vector<Crossing> crossings_of(const GaussCode& code) {
+std::vector<Crossing> crossings_of(const ChainCode& chain) {
   std::vector<Crossing> crossings;
-  for (const Passage& passage : code)
+  for (std::size_t k = 0; k < chain.code.size(); ++k) {
+    const Passage& passage = chain.code[k];
     if (passage.over)
-      crossings.emplace_back(passage.segment, code[static_cast<std::size_t>(passage.mate)].segment,
+      crossings.emplace_back(chain.segments[k],
+                             chain.segments[static_cast<std::size_t>(passage.mate)],
                              passage.positive);
+  }
   std::sort(crossings.begin(), crossings.end());
   return crossings;
 }
@@ -79,7 +82,7 @@ std::vector<Point> lattice_ring(unsigned seed, int half) {
 
 void expect_all_crossings(const std::vector<Point>& chain, const Point& direction, Curve curve) {
   const GeneralView view = general_view(chain, direction, curve);
-  EXPECT_EQ(crossings_of(view.projection.code()),
+  EXPECT_EQ(crossings_of(view.projection.chain_code()),
             crossings_of_all_pairs(view.chain(chain), view.direction, curve));
 }
 

@@ -97,6 +97,19 @@ TEST(Diagram, TurnsDegenerateViewsAndRefusesBadPoints) {
   EXPECT_THROW(Diagram::of_polygon(std::vector<Point>{{0, 0, nan}, {1, 0, 0}}, {0, 0, 1}), Error);
 }
 
+TEST(Diagram, EqualsTheOneThatItsCodeDescribes) {
+  const std::vector<Point> chain = points_of(support::torus_knot(3, 5, 70));
+  const Diagram polygon = Diagram::of_polygon(chain, {1, 2, 3});
+  const Diagram open = Diagram::of_open_chain(chain, {3, 1, -2});
+  const Diagram sum = polygon.connected_sum(open);
+  for (const Diagram& diagram : {Diagram(), polygon, open, sum, sum.simplified(), polygon.mirror(),
+                                 open.reversed(), Diagram::of_pd(sum.pd())}) {
+    EXPECT_EQ(Diagram::of_gauss_code(diagram.gauss_code()), diagram);
+    EXPECT_EQ(Diagram::of_pd(diagram.pd()), diagram);
+  }
+  EXPECT_NE(polygon, polygon.mirror());
+}
+
 TEST(Diagram, OfAnOpenChainClosesOverEverything) {
   std::vector<Point> chain = points_of(support::torus_knot(2, 3, 90));
   for (int k = 0; k < 2; ++k) chain.pop_back();

@@ -11,6 +11,7 @@
 
 #include "engine/catalogue/hand_rule.hpp"
 #include "engine/diagram/prime_parts.hpp"
+#include "engine/diagram/trusted_diagram.hpp"
 #include "engine/identify/canonical_code.hpp"
 #include "korvex/signature.hpp"
 #include "support/data_file.hpp"
@@ -382,11 +383,11 @@ TEST(CanonicalCode, DependsOnTheDiagramAlone) {
           (static_cast<std::size_t>(turned[k].mate) + size - 3 % size) % size);
     }
     EXPECT_EQ(canonical_code(turned), canonical);
-    EXPECT_EQ(canonical_code(Diagram(code).reversed().code()), canonical);
+    EXPECT_EQ(canonical_code(TrustedDiagram::of(code).reversed().code()), canonical);
     EXPECT_EQ(canonical_code(canonical_diagram(code)), canonical);
     EXPECT_EQ(canonical_diagram(turned), canonical_diagram(code));
     if (type.chirality == Chirality::kChiral) {
-      EXPECT_NE(canonical_code(Diagram(code).mirror().code()), canonical) << type.name;
+      EXPECT_NE(canonical_code(TrustedDiagram::of(code).mirror().code()), canonical) << type.name;
     }
   }
 }

@@ -4,6 +4,7 @@
 
 #include "engine/diagram/code_reduction.hpp"
 #include "engine/diagram/pass_moves.hpp"
+#include "engine/diagram/trusted_diagram.hpp"
 #include "engine/projection/projection.hpp"
 #include "engine/run/parallel.hpp"
 #include "geometry/triangle_elimination.hpp"
@@ -52,7 +53,7 @@ RingReport examine_ring(std::span<const Point> points, const Run& run) {
   CodeReduction reduction;
   PassMoves().simplify(code, reduction, run);
   done(0.9);
-  report.simplified = Diagram(std::move(code));
+  report.simplified = TrustedDiagram::of(std::move(code));
   report.alexander_key = alexander_key(report.simplified);
   done(1);
   return report;

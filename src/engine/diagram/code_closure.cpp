@@ -20,21 +20,19 @@ GaussCode closed_over(const GaussCode& code) {
     closed.back().mate = earlier;
     closed[static_cast<std::size_t>(earlier)].mate = static_cast<std::int32_t>(closed.size() - 1);
   };
-  std::int32_t segment = code.empty() ? 0 : code.front().segment;
   for (std::size_t strand = 0; strand < diagram.strands(); ++strand) {
     if (const std::size_t step = crossed[strand]; step != kNotCrossed) {
       met[step] = static_cast<std::int32_t>(closed.size());
-      closed.push_back({segment, -1, false, way[step].left_to_right});
+      closed.push_back({-1, false, way[step].left_to_right});
     }
     if (strand == code.size()) break;
     place[strand] = static_cast<std::int32_t>(closed.size());
     closed.push_back(code[strand]);
-    segment = code[strand].segment;
     const auto mate = static_cast<std::size_t>(code[strand].mate);
     if (mate < strand) join(place[mate]);
   }
   for (std::size_t step = 0; step < way.size(); ++step) {
-    closed.push_back({segment, -1, true, way[step].left_to_right});
+    closed.push_back({-1, true, way[step].left_to_right});
     join(met[step]);
   }
   return closed;

@@ -9,43 +9,21 @@ std::size_t at(std::int32_t place) { return static_cast<std::size_t>(place); }
 
 }  // namespace
 
-void CodeReduction::restrict_to(SegmentRange range, const GaussCode& whole, GaussCode& code) {
-  std::size_t from = 0;
-  while (from < whole.size() && whole[from].segment < range.begin) ++from;
-  std::size_t to = whole.size();
-  while (to > from && whole[to - 1].segment >= range.end) --to;
-  moved_.resize(whole.size());
-  code.resize(to - from);
-  std::size_t count = 0;
-  for (std::size_t k = from; k < to; ++k) {
-    const std::size_t mate = at(whole[k].mate);
-    if (mate < from || mate >= to) continue;
-    code[count] = whole[k];
-    if (mate < k) {
-      const std::int32_t earlier = moved_[mate];
-      code[count].mate = earlier;
-      code[at(earlier)].mate = static_cast<std::int32_t>(count);
-    }
-    moved_[k] = static_cast<std::int32_t>(count++);
-  }
-  code.resize(count);
-}
-
-void CodeReduction::reduce(GaussCode& code, SegmentRange core) {
+void CodeReduction::reduce(GaussCode& code, PassageRange core, std::vector<std::int32_t>* beside) {
   link(code, false);
   pull_back_ends(code);
   while (!waiting_.empty()) {
     do_waiting_moves(code, core);
     pull_back_ends(code);
   }
-  compact(code);
+  compact(code, beside);
 }
 
 void CodeReduction::reduce_closed(GaussCode& code) {
   if (code.empty()) return;
   link(code, true);
   do_waiting_moves(code, {});
-  compact(code);
+  compact(code, nullptr);
 }
 
 void CodeReduction::link(const GaussCode& code, bool closed) {
@@ -60,7 +38,7 @@ void CodeReduction::link(const GaussCode& code, bool closed) {
   }
 }
 
-void CodeReduction::do_waiting_moves(const GaussCode& code, SegmentRange core) {
+void CodeReduction::do_waiting_moves(const GaussCode& code, PassageRange core) {
   while (!waiting_.empty()) {
     const std::int32_t place = waiting_.back();
     waiting_.pop_back();
@@ -82,21 +60,21 @@ void CodeReduction::take_out_crossing(const GaussCode& code, std::int32_t place)
   take_out(place);
 }
 
-void CodeReduction::try_moves_at(const GaussCode& code, std::int32_t place, SegmentRange core) {
+void CodeReduction::try_moves_at(const GaussCode& code, std::int32_t place, PassageRange core) {
   const auto sentinel = static_cast<std::int32_t>(code.size());
   if (place == sentinel || next_[at(place)] == kGone) return;
   const std::int32_t after = next_[at(place)];
   if (after == sentinel) return;
   const Passage& a = code[at(place)];
   const Passage& b = code[at(after)];
-  if (!core.contains(a.segment) || !core.contains(b.segment)) return;
+  if (!core.contains(place) || !core.contains(after)) return;
   if (a.mate == after) {
     take_out_crossing(code, place);
     return;
   }
   if (a.over != b.over || a.positive == b.positive) return;
   if (next_[at(a.mate)] != b.mate && next_[at(b.mate)] != a.mate) return;
-  if (!core.contains(code[at(a.mate)].segment) || !core.contains(code[at(b.mate)].segment)) return;
+  if (!core.contains(a.mate) || !core.contains(b.mate)) return;
   take_out_crossing(code, place);
   take_out_crossing(code, after);
 }
@@ -112,7 +90,7 @@ void CodeReduction::pull_back_ends(const GaussCode& code) {
   }
 }
 
-void CodeReduction::compact(GaussCode& code) {
+void CodeReduction::compact(GaussCode& code, std::vector<std::int32_t>* beside) {
   const std::size_t size = code.size();
   moved_.resize(size);
   std::size_t count = 0;
@@ -124,9 +102,11 @@ void CodeReduction::compact(GaussCode& code) {
       passage.mate = moved_[at(passage.mate)];
       code[at(passage.mate)].mate = static_cast<std::int32_t>(count);
     }
+    if (beside) (*beside)[count] = (*beside)[k];
     code[count++] = passage;
   }
   code.resize(count);
+  if (beside) beside->resize(count);
 }
 
 }  // namespace korvex

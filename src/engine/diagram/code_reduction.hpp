@@ -1,6 +1,7 @@
 // Reidemeister moves I and II on Gauss codes, and the pulling back of ends of open ones, in place.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <vector>
@@ -9,36 +10,37 @@
 
 namespace korvex {
 
-// Segments begin..end-1 of a chain.
-struct SegmentRange {
-  std::int32_t begin = std::numeric_limits<std::int32_t>::min();
-  std::int32_t end = std::numeric_limits<std::int32_t>::max();
+// Passages begin..end-1 of a code.
+struct PassageRange {
+  std::size_t begin = 0;
+  std::size_t end = std::numeric_limits<std::size_t>::max();
 
-  bool contains(std::int32_t segment) const { return begin <= segment && segment < end; }
+  bool contains(std::int32_t passage) const {
+    const auto place = static_cast<std::size_t>(passage);
+    return begin <= place && place < end;
+  }
 };
 
 // Scratch memory for reductions: one object a thread.
 class CodeReduction {
  public:
-  // `code`, another object than `whole`, becomes the code of the chain cut to `range`.
-  void restrict_to(SegmentRange range, const GaussCode& whole, GaussCode& code);
-
   // Removes passages from `code` until no move is left. Moves I and II touch only crossings with
   // both passages in `core`: what is left is then right not for the chain alone but also, once it
-  // is restricted to the shorter chain, for every chain that still holds the core.
-  void reduce(GaussCode& code, SegmentRange core = {});
+  // is restricted to a shorter chain, for every chain that still holds the core. `beside`, where
+  // given, has a number for each passage; those of passages that go, go with them.
+  void reduce(GaussCode& code, PassageRange core = {}, std::vector<std::int32_t>* beside = nullptr);
 
   // As reduce, for a closed curve.
   void reduce_closed(GaussCode& code);
 
  private:
   void link(const GaussCode& code, bool closed);
-  void do_waiting_moves(const GaussCode& code, SegmentRange core);
+  void do_waiting_moves(const GaussCode& code, PassageRange core);
   void take_out(std::int32_t place);
   void take_out_crossing(const GaussCode& code, std::int32_t place);
-  void try_moves_at(const GaussCode& code, std::int32_t place, SegmentRange core);
+  void try_moves_at(const GaussCode& code, std::int32_t place, PassageRange core);
   void pull_back_ends(const GaussCode& code);
-  void compact(GaussCode& code);
+  void compact(GaussCode& code, std::vector<std::int32_t>* beside);
 
   // A ring through the places of the passages that are left. In that of an open chain a place more
   // than there are passages, the sentinel, stands between the end and the beginning.

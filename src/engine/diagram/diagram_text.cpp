@@ -73,7 +73,7 @@ Diagram Diagram::of_pd(std::span<const PdCrossing> crossings) {
   std::vector<std::int32_t> seen(crossings.size(), -1);
   for (std::size_t k = 0; k < labels; ++k) {
     const std::size_t crossing = at(entered[k].crossing);
-    code[k] = {static_cast<std::int32_t>(k), seen[crossing], entered[k].over, positive[crossing]};
+    code[k] = {seen[crossing], entered[k].over, positive[crossing]};
     if (seen[crossing] >= 0) code[at(seen[crossing])].mate = static_cast<std::int32_t>(k);
     seen[crossing] = static_cast<std::int32_t>(k);
   }
@@ -158,7 +158,7 @@ Diagram Diagram::of_gauss_code(std::string_view text) {
       earlier.mate = passage;
     }
     seen[crossing - 1] = passage;
-    code.push_back({passage, mate, kind == 'O', positive});
+    code.push_back({mate, kind == 'O', positive});
   }
   for (const Passage& passage : code)
     if (passage.mate < 0) refuse("a crossing of the Gauss code is passed only once");

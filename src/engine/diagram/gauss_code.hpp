@@ -14,8 +14,7 @@ namespace korvex {
 enum class Curve { kOpen, kClosed };
 
 // The code of the closed curve: the closing arc is routed over the fewest strands of the diagram on
-// the sphere and its crossings are inserted, its own passages last. Segments keep their order and,
-// on the arc, their meaning no more. O(length).
+// the sphere and its crossings are inserted, its own passages last. O(length).
 GaussCode closed_over(const GaussCode& code);
 
 }  // namespace korvex

@@ -78,13 +78,12 @@ void PassMoves::lay_anew(GaussCode& code, std::size_t first, std::size_t last,
   for (std::size_t strand = 0; strand <= old_.size(); ++strand) {
     if (const std::int32_t step = crossed_[strand]; step >= 0) {
       met_[at(step)] = next_place();
-      const std::int32_t segment = old_[strand == 0 ? 0 : strand - 1].segment;
-      code.push_back({segment, -1, !over, way[at(step)].left_to_right == over});
+      code.push_back({-1, !over, way[at(step)].left_to_right == over});
     }
     if (strand == first) {
       stretch = next_place();
       for (const PlaneDiagram::Step& step : way)
-        code.push_back({old_[first].segment, -1, over, step.left_to_right == over});
+        code.push_back({-1, over, step.left_to_right == over});
     }
     if (strand == old_.size()) break;
     const std::size_t mate = at(old_[strand].mate);

@@ -19,7 +19,7 @@ class PassMoves {
  public:
   // Shortens stretches of a closed curve, and undoes moves I and II, until no stretch can be
   // shortened: the crossings never become more. About O(length^2) for each move that succeeds.
-  // Segments of the passages lose their meaning. Asks before each stretch whether to stop.
+  // Asks before each stretch whether to stop.
   void simplify(GaussCode& code, CodeReduction& reduction, const Run& run = {});
 
  private:

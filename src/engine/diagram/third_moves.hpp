@@ -8,7 +8,7 @@
 namespace korvex {
 
 // The diagrams that one move III makes of the given one, as many as it has triangles in which one
-// strand passes over both others and one under both. Segments of the passages lose their meaning.
+// strand passes over both others and one under both.
 // O(n) for each, and O(n) at least.
 std::vector<GaussCode> third_moves(const GaussCode& closed);
 

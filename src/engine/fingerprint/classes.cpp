@@ -10,29 +10,22 @@ namespace {
 // Shorter chains have at most one crossing.
 constexpr std::int32_t kFewestKnottedSegments = 4;
 
-// Index of the first passage on a segment not before `segment`.
-std::size_t first_from(const GaussCode& code, std::int32_t segment) {
-  const auto found = std::partition_point(
-      code.begin(), code.end(), [segment](const Passage& p) { return p.segment < segment; });
-  return static_cast<std::size_t>(found - code.begin());
-}
-
 }  // namespace
 
-void SubChainClasses::visit_triangle(const GaussCode& code, const ClassVisitor& visit) {
+void SubChainClasses::visit_triangle(const ChainCode& chain, const ClassVisitor& visit) {
   strand_after_end_ = 0;
-  visit_triangle(0, code, {0, static_cast<std::int32_t>(residues_.size()) - 1}, visit);
+  visit_triangle(0, chain, {0, static_cast<std::int32_t>(residues_.size()) - 1}, visit);
 }
 
-void SubChainClasses::visit_column(const GaussCode& code, std::int32_t end,
+void SubChainClasses::visit_column(const ChainCode& chain, std::int32_t end,
                                    const ClassVisitor& visit) {
   if (end == 0) return;
   strand_after_end_ = 1;
-  visit_rectangle(0, code, {{0, end - 1}, {end, end}}, visit);
+  visit_rectangle(0, chain, {{0, end - 1}, {end, end}}, visit);
 }
 
-GaussCode& SubChainClasses::code_at(std::size_t depth) {
-  while (codes_.size() <= depth) codes_.push_back(std::make_unique<GaussCode>());
+ChainCode& SubChainClasses::code_at(std::size_t depth) {
+  while (codes_.size() <= depth) codes_.push_back(std::make_unique<ChainCode>());
   return *codes_[depth];
 }
 
@@ -43,13 +36,13 @@ void SubChainClasses::look_for_cancellation() {
   if (stop_.stop_requested()) throw Error(ErrorCode::kCancelled, "stopped on request");
 }
 
-void SubChainClasses::visit_triangle(std::size_t depth, const GaussCode& code, Stations stations,
+void SubChainClasses::visit_triangle(std::size_t depth, const ChainCode& chain, Stations stations,
                                      const ClassVisitor& visit) {
   if (stations.last <= stations.first) return;
   if (residue(stations.last) - residue(stations.first) < kFewestKnottedSegments) return;
-  GaussCode& own = code_at(depth);
-  reduction_.restrict_to({residue(stations.first), residue(stations.last)}, code, own);
-  if (own.empty()) return;
+  ChainCode& own = code_at(depth);
+  reduction_.restrict_to({residue(stations.first), residue(stations.last)}, chain, own);
+  if (own.code.empty()) return;
   const std::int32_t middle = stations.first + (stations.last - stations.first) / 2;
   const Stations left{stations.first, middle};
   const Stations right{middle + 1, stations.last};
@@ -64,27 +57,28 @@ std::int32_t SubChainClasses::station_before(Stations stations, std::int32_t seg
   return static_cast<std::int32_t>(std::upper_bound(from, to, segment) - residues_.begin()) - 1;
 }
 
-void SubChainClasses::visit_rectangle(std::size_t depth, const GaussCode& code,
+void SubChainClasses::visit_rectangle(std::size_t depth, const ChainCode& chain,
                                       const Rectangle& rectangle, const ClassVisitor& visit) {
   look_for_cancellation();
   const auto& [begins, ends] = rectangle;
   const SegmentRange all{residue(begins.first), end_of_segments(ends.last)};
   const SegmentRange core{residue(begins.last), end_of_segments(ends.first)};
   if (all.end - all.begin < kFewestKnottedSegments) return;
-  GaussCode& own = code_at(depth);
-  reduction_.restrict_to(all, code, own);
+  ChainCode& own = code_at(depth);
+  reduction_.restrict_to(all, chain, own);
   reduction_.reduce(own, core);
-  if (own.size() < 4) return;
-  const std::size_t core_begin = first_from(own, core.begin);
-  const std::size_t core_end = first_from(own, core.end);
-  if (core_begin == 0 && core_end == own.size()) {
-    visit(begins, ends, own);
-  } else if (core_begin >= own.size() - core_end) {
-    const std::int32_t middle = station_before(begins, own[core_begin / 2].segment);
+  if (own.code.size() < 4) return;
+  const std::size_t core_begin = own.first_from(core.begin);
+  const std::size_t core_end = own.first_from(core.end);
+  if (core_begin == 0 && core_end == own.code.size()) {
+    visit(begins, ends, own.code);
+  } else if (core_begin >= own.code.size() - core_end) {
+    const std::int32_t middle = station_before(begins, own.segments[core_begin / 2]);
     visit_rectangle(depth + 1, own, {{begins.first, middle}, ends}, visit);
     visit_rectangle(depth + 1, own, {{middle + 1, begins.last}, ends}, visit);
   } else {
-    const std::int32_t middle = station_before(ends, own[(core_end + own.size()) / 2].segment);
+    const std::int32_t middle =
+        station_before(ends, own.segments[(core_end + own.code.size()) / 2]);
     visit_rectangle(depth + 1, own, {begins, {ends.first, middle}}, visit);
     visit_rectangle(depth + 1, own, {begins, {middle + 1, ends.last}}, visit);
   }

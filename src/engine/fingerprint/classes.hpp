@@ -16,8 +16,7 @@
 #include <stop_token>
 #include <vector>
 
-#include "engine/diagram/code_reduction.hpp"
-#include "engine/diagram/gauss_code.hpp"
+#include "engine/projection/chain_code.hpp"
 
 namespace korvex {
 
@@ -42,11 +41,11 @@ class SubChainClasses {
 
   // All sub-chains of a chain with the given code, both ends led to the viewer. Each is visited at
   // most once.
-  void visit_triangle(const GaussCode& code, const ClassVisitor& visit);
+  void visit_triangle(const ChainCode& chain, const ClassVisitor& visit);
 
   // The sub-chains that end at one station, where the code goes on with a strand of its own: the
   // segment that would follow the end.
-  void visit_column(const GaussCode& code, std::int32_t end, const ClassVisitor& visit);
+  void visit_column(const ChainCode& chain, std::int32_t end, const ClassVisitor& visit);
 
  private:
   struct Rectangle {
@@ -54,9 +53,9 @@ class SubChainClasses {
     Stations ends;
   };
 
-  void visit_triangle(std::size_t depth, const GaussCode& code, Stations stations,
+  void visit_triangle(std::size_t depth, const ChainCode& chain, Stations stations,
                       const ClassVisitor& visit);
-  void visit_rectangle(std::size_t depth, const GaussCode& code, const Rectangle& rectangle,
+  void visit_rectangle(std::size_t depth, const ChainCode& chain, const Rectangle& rectangle,
                        const ClassVisitor& visit);
   // The last of the stations, but for the very last, from which the segment is still ahead.
   std::int32_t station_before(Stations stations, std::int32_t segment) const;
@@ -66,15 +65,15 @@ class SubChainClasses {
   std::int32_t end_of_segments(std::int32_t station) const {
     return residue(station) + strand_after_end_;
   }
-  GaussCode& code_at(std::size_t depth);
+  ChainCode& code_at(std::size_t depth);
   void look_for_cancellation();
 
   std::span<const std::int32_t> residues_;
   std::stop_token stop_;
   std::int32_t strand_after_end_ = 0;
   unsigned until_look_ = 0;
-  CodeReduction reduction_;
-  std::vector<std::unique_ptr<GaussCode>> codes_;  // one a depth of the recursion
+  ChainCodeReduction reduction_;
+  std::vector<std::unique_ptr<ChainCode>> codes_;  // one a depth of the recursion
 };
 
 }  // namespace korvex

@@ -115,7 +115,7 @@ class Computation {
       const auto count = [&](Stations begins, Stations last, const GaussCode& code) {
         worker.count(begins, last, worker.types.of_open(code, run_));
       };
-      worker.classes.visit_triangle(view.projection.code(), count);
+      worker.classes.visit_triangle(view.projection.chain_code(), count);
     } else {
       vote_by_columns(view, ends, worker);
     }
@@ -126,7 +126,7 @@ class Computation {
       worker.count(begins, last, worker.types.of_open(code, run_));
     };
     for (std::size_t end = 1; end < stations_.size(); ++end)
-      worker.classes.visit_column(led_away(chain_, view, stations_[end], ends.last, run_).code,
+      worker.classes.visit_column(led_away(chain_, view, stations_[end], ends.last, run_),
                                   static_cast<std::int32_t>(end), count);
   }
 

@@ -98,7 +98,7 @@ GaussCode canonical_diagram(const GaussCode& closed) {
   code.reserve(words.size());
   for (const std::uint32_t word : words) {
     const std::size_t mate = (code.size() + (word >> 2)) % words.size();
-    code.push_back({0, static_cast<std::int32_t>(mate), (word & 2) != 0, (word & 1) != 0});
+    code.push_back({static_cast<std::int32_t>(mate), (word & 2) != 0, (word & 1) != 0});
   }
   return code;
 }

@@ -11,14 +11,14 @@ namespace korvex {
 // What is remembered of a code. The numbers keep the keys of equal codes apart.
 enum class KeyOf : char { kOpenCode, kHandOfClosed, kTypeOfClosed };
 
-// `key` becomes equal for codes that differ in their segments alone, asked the same. O(length).
+// `key` becomes equal for equal codes, asked the same. O(length).
 void write_key(const GaussCode& code, KeyOf what, std::string& key);
 
-// Equal for codes that differ by their beginning, their sense or their segments alone. Two bytes a
-// passage below 8192 passages, else four. O(length^2) at worst, O(length) for most.
+// Equal for codes that differ by their beginning or their sense alone. Two bytes a passage below
+// 8192 passages, else four. O(length^2) at worst, O(length) for most.
 std::string canonical_code(const GaussCode& closed);
 
-// One and the same of all codes that have this canonical code. Its passages have segment 0.
+// One and the same of all codes that have this canonical code.
 GaussCode canonical_diagram(const GaussCode& closed);
 
 }  // namespace korvex

@@ -5,6 +5,7 @@
 
 #include "engine/diagram/code_reduction.hpp"
 #include "engine/diagram/gauss_code.hpp"
+#include "engine/diagram/trusted_diagram.hpp"
 #include "engine/projection/projection.hpp"
 #include "korvex/diagram.hpp"
 #include "korvex/error.hpp"
@@ -29,7 +30,8 @@ Point unit(const Point& direction) {
 
 Diagram Diagram::of_polygon(std::span<const Point> points, const Point& direction, const Run& run) {
   require_usable(points);
-  return Diagram(general_view(points, unit(direction), Curve::kClosed, run).projection.code());
+  return TrustedDiagram::of(
+      general_view(points, unit(direction), Curve::kClosed, run).projection.code());
 }
 
 Diagram Diagram::of_open_chain(std::span<const Point> points, const Point& direction,
@@ -37,7 +39,7 @@ Diagram Diagram::of_open_chain(std::span<const Point> points, const Point& direc
   require_usable(points);
   GaussCode code = general_view(points, unit(direction), Curve::kOpen, run).projection.code();
   CodeReduction().reduce(code);
-  return Diagram(closed_over(code));
+  return TrustedDiagram::of(closed_over(code));
 }
 
 }  // namespace korvex

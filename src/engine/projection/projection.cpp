@@ -157,10 +157,13 @@ bool Projection::well_apart(const std::vector<Placed>& placed) {
   return std::adjacent_find(placed.begin(), placed.end(), next_in_doubt) == placed.end();
 }
 
-GaussCode Projection::coded(const std::vector<Placed>& placed, const std::vector<Meeting>& more,
+ChainCode Projection::coded(const std::vector<Placed>& placed, const std::vector<Meeting>& more,
                             std::int32_t last_segment) const {
   std::vector<std::int32_t> seen(meetings_.size() + more.size(), -1);
-  GaussCode code(placed.size());
+  ChainCode chain;
+  GaussCode& code = chain.code;
+  code.resize(placed.size());
+  chain.segments.resize(placed.size());
   for (std::size_t k = 0; k < code.size(); ++k) {
     const Placed& p = placed[k];
     const std::size_t number = at(p.meeting);
@@ -168,17 +171,17 @@ GaussCode Projection::coded(const std::vector<Placed>& placed, const std::vector
     const Meeting& meeting = of_chain ? meetings_[number] : more[number - meetings_.size()];
     std::int32_t& mate = seen[number];
     const bool kept = at(p.segment) < segments();
-    code[k] = {kept ? original_[at(p.segment)] : last_segment, mate,
-               meeting.first_over == p.is_first, meeting.positive};
+    chain.segments[k] = kept ? original_[at(p.segment)] : last_segment;
+    code[k] = {mate, meeting.first_over == p.is_first, meeting.positive};
     if (mate >= 0) code[at(mate)].mate = static_cast<std::int32_t>(k);
     mate = static_cast<std::int32_t>(k);
   }
-  return code;
+  return chain;
 }
 
-GaussCode Projection::code() const { return coded(placed_, {}, 0); }
+ChainCode Projection::chain_code() const { return coded(placed_, {}, 0); }
 
-std::optional<GaussCode> Projection::code_led_away(std::int32_t vertex, const Point& onward) const {
+std::optional<ChainCode> Projection::code_led_away(std::int32_t vertex, const Point& onward) const {
   const Vertex sense{dot(frame_[0], onward), dot(frame_[1], onward), dot(frame_[2], onward)};
   const double in_plane = std::hypot(sense.x, sense.y);
   if (!(in_plane > 1e-6)) return std::nullopt;

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "engine/diagram/gauss_code.hpp"
+#include "engine/projection/chain_code.hpp"
 #include "geometry/box_tree.hpp"
 #include "korvex/geometry.hpp"
 #include "korvex/run.hpp"
@@ -29,12 +30,13 @@ class Projection {
   bool degenerate() const { return degenerate_; }
 
   // The code of the whole chain. The view must not be degenerate.
-  GaussCode code() const;
+  ChainCode chain_code() const;
+  GaussCode code() const { return chain_code().code; }
 
   // The code of the chain that ends at `vertex` and goes on straight in direction `onward` until it
   // has left everything behind; that strand counts as segment `vertex`. Nothing when it is seen
   // degenerately, as it is when `onward` is the viewer's direction or its opposite.
-  std::optional<GaussCode> code_led_away(std::int32_t vertex, const Point& onward) const;
+  std::optional<ChainCode> code_led_away(std::int32_t vertex, const Point& onward) const;
 
  private:
   // A vertex in the viewer's frame: x to the right, y up, height towards the viewer.
@@ -88,7 +90,7 @@ class Projection {
   static Pair test(const Segment& a, const Segment& b, Meeting& meeting);
   bool sort_passages();
   static bool well_apart(const std::vector<Placed>& placed);
-  GaussCode coded(const std::vector<Placed>& placed, const std::vector<Meeting>& more,
+  ChainCode coded(const std::vector<Placed>& placed, const std::vector<Meeting>& more,
                   std::int32_t last_segment) const;
 
   std::array<Point, 3> frame_;          // right, up, towards the viewer
@@ -135,8 +137,7 @@ GeneralView general_view(std::span<const Point> chain, const Point& direction,
                          Curve curve = Curve::kOpen, const Run& run = {});
 
 // The code of a chain cut at a vertex and led away from there, and how it came about.
-struct LedAway {
-  GaussCode code;
+struct LedAway : ChainCode {
   Point onward;                     // the direction taken
   std::optional<GeneralView> view;  // set where another view than the given one had to be taken
 };
