@@ -1,10 +1,9 @@
-#include "engine/diagram/gauss_code.hpp"
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
 
+#include "engine/diagram/code_closure.hpp"
 #include "engine/diagram/code_reduction.hpp"
 #include "engine/diagram/plane_diagram.hpp"
 #include "engine/projection/projection.hpp"

@@ -1,4 +1,5 @@
-#include "engine/diagram/gauss_code.hpp"
+#include "engine/diagram/code_closure.hpp"
+
 #include "engine/diagram/plane_diagram.hpp"
 
 namespace korvex {

@@ -1,16 +1,16 @@
 #include "engine/diagram/code_reduction.hpp"
 
+#include "engine/diagram/place.hpp"
+
 namespace korvex {
 namespace {
 
 constexpr std::int32_t kGone = -1;
 
-std::size_t at(std::int32_t place) { return static_cast<std::size_t>(place); }
-
 }  // namespace
 
 void CodeReduction::reduce(GaussCode& code, PassageRange core, std::vector<std::int32_t>* beside) {
-  link(code, false);
+  link(code, Curve::kOpen);
   pull_back_ends(code);
   while (!waiting_.empty()) {
     do_waiting_moves(code, core);
@@ -21,19 +21,20 @@ void CodeReduction::reduce(GaussCode& code, PassageRange core, std::vector<std::
 
 void CodeReduction::reduce_closed(GaussCode& code) {
   if (code.empty()) return;
-  link(code, true);
+  link(code, Curve::kClosed);
   do_waiting_moves(code, {});
   compact(code, nullptr);
 }
 
-void CodeReduction::link(const GaussCode& code, bool closed) {
-  const std::size_t ring = code.size() + (closed ? 0 : 1);
+void CodeReduction::link(const GaussCode& code, Curve curve) {
+  const Course course(code.size(), curve);
+  const std::size_t ring = course.strands();
   next_.resize(ring);
   previous_.resize(ring);
   waiting_.clear();
   for (std::size_t k = ring; k-- > 0;) {
-    next_[k] = k + 1 == ring ? 0 : static_cast<std::int32_t>(k + 1);
-    previous_[k] = static_cast<std::int32_t>((k == 0 ? ring : k) - 1);
+    next_[k] = static_cast<std::int32_t>(course.strand_after(k));
+    previous_[at(next_[k])] = static_cast<std::int32_t>(k);
     waiting_.push_back(static_cast<std::int32_t>(k));
   }
 }

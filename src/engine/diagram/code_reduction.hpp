@@ -6,7 +6,8 @@
 #include <limits>
 #include <vector>
 
-#include "engine/diagram/gauss_code.hpp"
+#include "engine/diagram/course.hpp"
+#include "korvex/gauss_code.hpp"
 
 namespace korvex {
 
@@ -34,7 +35,7 @@ class CodeReduction {
   void reduce_closed(GaussCode& code);
 
  private:
-  void link(const GaussCode& code, bool closed);
+  void link(const GaussCode& code, Curve curve);
   void do_waiting_moves(const GaussCode& code, PassageRange core);
   void take_out(std::int32_t place);
   void take_out_crossing(const GaussCode& code, std::int32_t place);

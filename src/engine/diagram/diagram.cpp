@@ -1,7 +1,6 @@
 #include "korvex/diagram.hpp"
 
 #include "engine/diagram/code_reduction.hpp"
-#include "engine/diagram/gauss_code.hpp"
 #include "engine/diagram/pass_moves.hpp"
 #include "korvex/error.hpp"
 

@@ -4,14 +4,14 @@
 #include <string>
 #include <vector>
 
+#include "engine/diagram/course.hpp"
+#include "engine/diagram/place.hpp"
 #include "engine/diagram/plane_diagram.hpp"
 #include "korvex/diagram.hpp"
 #include "korvex/error.hpp"
 
 namespace korvex {
 namespace {
-
-std::size_t at(std::int32_t number) { return static_cast<std::size_t>(number); }
 
 [[noreturn]] void refuse(const std::string& what) { throw Error(ErrorCode::kBadInput, what); }
 
@@ -102,9 +102,8 @@ Diagram Diagram::of_pd(std::string_view text) {
 std::vector<PdCrossing> Diagram::pd() const {
   std::vector<PdCrossing> crossings;
   const auto entering = [](std::size_t passage) { return static_cast<int>(passage) + 1; };
-  const auto leaving = [&](std::size_t passage) {
-    return passage + 1 == code_.size() ? 1 : static_cast<int>(passage) + 2;
-  };
+  const Course course(code_.size());
+  const auto leaving = [&](std::size_t passage) { return entering(course.strand_after(passage)); };
   for (std::size_t k = 0; k < code_.size(); ++k) {
     if (code_[k].over) continue;
     const std::size_t over = at(code_[k].mate);

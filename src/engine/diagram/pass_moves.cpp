@@ -2,15 +2,11 @@
 
 #include <algorithm>
 
+#include "engine/diagram/course.hpp"
+#include "engine/diagram/place.hpp"
 #include "engine/run/parallel.hpp"
 
 namespace korvex {
-namespace {
-
-std::size_t at(std::int32_t number) { return static_cast<std::size_t>(number); }
-
-}  // namespace
-
 void PassMoves::simplify(GaussCode& code, CodeReduction& reduction, const Run& run) {
   reduction.reduce_closed(code);
   resume_ = 0;
@@ -48,7 +44,7 @@ bool PassMoves::shorten_first(GaussCode& code, std::size_t from, std::size_t to,
     throw_if_cancelled(run);
     last = first;
     while (last + 1 < code.size() && code[last + 1].over == code[first].over) ++last;
-    const std::size_t behind = last + 1 < code.size() ? last + 1 : 0;
+    const std::size_t behind = Course(code.size()).strand_after(last);
     const auto way =
         diagram_.way(first, behind, last - first, PlaneDiagram::Strands{first, behind});
     if (!way) continue;

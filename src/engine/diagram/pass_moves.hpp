@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "engine/diagram/code_reduction.hpp"
-#include "engine/diagram/gauss_code.hpp"
 #include "engine/diagram/plane_diagram.hpp"
+#include "korvex/gauss_code.hpp"
 #include "korvex/run.hpp"
 
 namespace korvex {

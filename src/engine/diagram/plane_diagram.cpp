@@ -2,13 +2,13 @@
 
 #include <algorithm>
 
+#include "engine/diagram/place.hpp"
+
 namespace korvex {
 namespace {
 
 constexpr std::int32_t kUnseen = -1;
 constexpr std::int32_t kStart = -2;
-
-std::size_t at(std::int32_t number) { return static_cast<std::size_t>(number); }
 
 }  // namespace
 
@@ -17,19 +17,18 @@ std::size_t at(std::int32_t number) { return static_cast<std::size_t>(number); }
 std::size_t PlaneDiagram::following(std::size_t dart) const {
   const std::size_t strand = dart / 2;
   const bool along = dart % 2 == 0;
-  const std::size_t passages = code_->size();
-  if (strands_ > passages && strand == (along ? passages : 0)) return dart ^ 1;
-  const std::size_t reached = along ? strand : (strand > 0 ? strand : passages) - 1;
+  if (along ? course_.ends_with(strand) : course_.begins_with(strand)) return dart ^ 1;
+  const std::size_t reached = along ? strand : course_.passage_before(strand);
   const Passage& passage = (*code_)[reached];
   const bool leaves_along = (passage.positive == passage.over) == along;
   const std::size_t mate = at(passage.mate);
   if (!leaves_along) return 2 * mate + 1;
-  return mate + 1 < strands_ ? 2 * (mate + 1) : 0;
+  return 2 * course_.strand_after(mate);
 }
 
 void PlaneDiagram::draw(const GaussCode& code, Curve curve) {
   code_ = &code;
-  strands_ = code.size() + (curve == Curve::kOpen ? 1 : 0);
+  course_ = Course(code.size(), curve);
   face_.assign(2 * strands(), kUnseen);
   around_.clear();
   begin_.clear();

@@ -7,7 +7,8 @@
 #include <span>
 #include <vector>
 
-#include "engine/diagram/gauss_code.hpp"
+#include "engine/diagram/course.hpp"
+#include "korvex/gauss_code.hpp"
 
 namespace korvex {
 
@@ -20,7 +21,7 @@ class PlaneDiagram {
   // O(length). The code must outlive the use of this object.
   void draw(const GaussCode& code, Curve curve);
 
-  std::size_t strands() const { return strands_; }
+  std::size_t strands() const { return course_.strands(); }
   std::size_t faces() const { return face_count_; }
   // Number, from 0, of the face to the left of a dart.
   std::int32_t face_left_of(std::size_t dart) const { return face_[dart]; }
@@ -51,7 +52,7 @@ class PlaneDiagram {
   void enter(std::int32_t face, std::int32_t dart, std::vector<std::int32_t>& queue);
 
   const GaussCode* code_ = nullptr;
-  std::size_t strands_ = 0;
+  Course course_;
   std::size_t face_count_ = 0;
   std::vector<std::int32_t> face_;     // left of each dart
   std::vector<std::int32_t> around_;   // darts, face by face

@@ -6,43 +6,40 @@
 #include <utility>
 
 #include "engine/diagram/code_reduction.hpp"
+#include "engine/diagram/course.hpp"
 #include "engine/diagram/pass_moves.hpp"
+#include "engine/diagram/place.hpp"
 #include "engine/run/parallel.hpp"
 
 namespace korvex {
 namespace {
 
-// Passages begin..end-1.
-struct Stretch {
-  std::size_t begin;
-  std::size_t end;
-};
-
-// A stretch, not empty and not everything, that holds both passages of all its crossings.
-std::optional<Stretch> closed_stretch(const GaussCode& code, const Run& run) {
+// A range, not empty and not everything, that holds both passages of all its crossings.
+std::optional<PassageRange> closed_range(const GaussCode& code, const Run& run) {
   for (std::size_t begin = 1; begin < code.size(); ++begin) {
     throw_if_cancelled(run);
     std::size_t reach = begin;
     for (std::size_t k = begin; k <= reach; ++k) {
-      const auto mate = static_cast<std::size_t>(code[k].mate);
+      const std::size_t mate = at(code[k].mate);
       if (mate < begin) break;
       reach = std::max(reach, mate);
-      if (k == reach) return Stretch{begin, k + 1};
+      if (k == reach) return PassageRange{begin, k + 1};
     }
   }
   return std::nullopt;
 }
 
-// The passages of a stretch alone, or all others.
-GaussCode part(const GaussCode& code, const Stretch& stretch, bool inside) {
+// The passages of a range alone, or all others.
+GaussCode part(const GaussCode& code, const PassageRange& range, bool inside) {
   GaussCode result;
   std::vector<std::int32_t> place(code.size(), -1);
   for (std::size_t k = 0; k < code.size(); ++k) {
-    if ((stretch.begin <= k && k < stretch.end) != inside) continue;
+    const auto passage = static_cast<std::int32_t>(k);
+    if (range.contains(passage) != inside) continue;
     place[k] = static_cast<std::int32_t>(result.size());
     result.push_back(code[k]);
   }
-  for (Passage& passage : result) passage.mate = place[static_cast<std::size_t>(passage.mate)];
+  for (Passage& passage : result) passage.mate = place[at(passage.mate)];
   return result;
 }
 
@@ -58,9 +55,9 @@ std::vector<GaussCode> prime_parts(const GaussCode& simplified, const Run& run) 
     GaussCode code = std::move(waiting.back());
     waiting.pop_back();
     if (code.size() < kFewestKnottedPassages) continue;
-    if (const auto stretch = closed_stretch(code, run)) {
+    if (const auto range = closed_range(code, run)) {
       for (const bool inside : {true, false}) {
-        waiting.push_back(part(code, *stretch, inside));
+        waiting.push_back(part(code, *range, inside));
         moves.simplify(waiting.back(), reduction, run);
       }
     } else {
@@ -71,8 +68,9 @@ std::vector<GaussCode> prime_parts(const GaussCode& simplified, const Run& run) 
 }
 
 bool is_alternating(const GaussCode& closed) {
+  const Course course(closed.size());
   for (std::size_t k = 0; k < closed.size(); ++k)
-    if (closed[k].over == closed[k + 1 < closed.size() ? k + 1 : 0].over) return false;
+    if (closed[k].over == closed[course.strand_after(k)].over) return false;
   return true;
 }
 

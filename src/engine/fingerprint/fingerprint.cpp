@@ -7,6 +7,7 @@
 #include <string>
 #include <utility>
 
+#include "engine/diagram/code_closure.hpp"
 #include "engine/fingerprint/fingerprint_data.hpp"
 #include "engine/identify/diagram_types.hpp"
 #include "engine/identify/type_numbers.hpp"

@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "engine/diagram/gauss_code.hpp"
+#include "korvex/gauss_code.hpp"
 #include "korvex/run.hpp"
 
 namespace korvex {

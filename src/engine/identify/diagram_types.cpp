@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "engine/diagram/code_closure.hpp"
 #include "engine/identify/canonical_code.hpp"
 
 namespace korvex {

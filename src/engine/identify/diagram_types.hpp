@@ -4,7 +4,6 @@
 #include <string>
 
 #include "engine/diagram/code_reduction.hpp"
-#include "engine/diagram/gauss_code.hpp"
 #include "engine/diagram/pass_moves.hpp"
 #include "engine/identify/identify.hpp"
 #include "engine/identify/identity_table.hpp"

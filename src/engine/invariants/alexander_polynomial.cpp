@@ -13,8 +13,9 @@
 #include <vector>
 
 #include "engine/diagram/code_reduction.hpp"
-#include "engine/diagram/gauss_code.hpp"
+#include "engine/diagram/course.hpp"
 #include "engine/diagram/pass_moves.hpp"
+#include "engine/diagram/place.hpp"
 #include "engine/diagram/plane_diagram.hpp"
 #include "engine/diagram/prime_parts.hpp"
 #include "engine/invariants/arc_colouring.hpp"
@@ -29,8 +30,6 @@ namespace korvex {
 namespace {
 
 using modular::MontgomeryField;
-
-std::size_t at(std::int32_t number) { return static_cast<std::size_t>(number); }
 
 // Miller and Rabin's test; with these bases it is exact below 2^64 (J. Sorenson and J. Webster,
 // Math. Comp. 86, 985 (2017)).
@@ -59,14 +58,14 @@ std::uint64_t prime_below(std::uint64_t bound) {
 }
 
 std::size_t seifert_circles(const GaussCode& code) {
+  const Course course(code.size());
   std::vector<bool> seen(code.size(), false);
   std::size_t circles = 0;
   for (std::size_t start = 0; start < code.size(); ++start) {
     if (!seen[start]) ++circles;
     for (std::size_t strand = start; !seen[strand];) {
       seen[strand] = true;
-      strand = at(code[strand].mate) + 1;
-      if (strand == code.size()) strand = 0;
+      strand = course.strand_after(at(code[strand].mate));
     }
   }
   return circles;

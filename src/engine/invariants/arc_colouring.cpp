@@ -3,15 +3,12 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "engine/diagram/place.hpp"
+
 namespace korvex {
-namespace {
-
-std::size_t at(std::int32_t number) { return static_cast<std::size_t>(number); }
-
-}  // namespace
-
 void ArcColouring::read(const GaussCode& closed) {
   arcs_ = static_cast<std::int32_t>(closed.size() / 2);
+  course_ = Course(closed.size() / 2);
   under_.resize(closed.size());
   std::int32_t under = 0;
   for (std::size_t k = 0; k < closed.size(); ++k) {
@@ -61,10 +58,9 @@ void ArcColouring::plant(std::int32_t seed) {
 // They may do so in the end as well: what an arc is worth never falls until it is coloured.
 void ArcColouring::colour(std::int32_t arc) {
   coloured_[at(arc)] = 1;
-  const std::int32_t before = arc > 0 ? arc - 1 : arcs_ - 1;
-  for (const std::int32_t crossing : {arc, before}) {
+  for (const std::int32_t crossing : {arc, before(arc)}) {
     waiting_.push_back(crossing);
-    const std::int32_t other = crossing == arc ? next(arc) : before;
+    const std::int32_t other = crossing == arc ? next(arc) : crossing;
     if (!coloured_[at(other)]) raise(crossings_[at(crossing)].over);
   }
   for (std::int32_t k = first_over_[at(arc)]; k < first_over_[at(arc) + 1]; ++k) {

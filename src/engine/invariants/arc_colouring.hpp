@@ -12,6 +12,8 @@
 #include <optional>
 #include <vector>
 
+#include "engine/diagram/course.hpp"
+#include "engine/diagram/place.hpp"
 #include "korvex/gauss_code.hpp"
 
 namespace korvex {
@@ -55,8 +57,15 @@ class ArcColouring {
   void look_at(std::int32_t number);
   std::int32_t arc_over_most() const;
   std::optional<std::int32_t> best_seed();
-  std::int32_t next(std::int32_t arc) const { return arc + 1 < arcs_ ? arc + 1 : 0; }
+  // Under-passage k ends arc k.
+  std::int32_t next(std::int32_t arc) const {
+    return static_cast<std::int32_t>(course_.strand_after(at(arc)));
+  }
+  std::int32_t before(std::int32_t arc) const {
+    return static_cast<std::int32_t>(course_.passage_before(at(arc)));
+  }
 
+  Course course_;  // of the under-passages alone
   std::int32_t arcs_ = 0;
   std::int32_t seeds_ = 0;
   std::vector<Crossing> crossings_;  // crossing k ends arc k and begins the next

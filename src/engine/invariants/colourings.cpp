@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <string>
 
+#include "engine/diagram/place.hpp"
 #include "engine/invariants/arc_colouring.hpp"
 #include "engine/invariants/of_codes.hpp"
 #include "engine/run/parallel.hpp"
@@ -116,8 +117,6 @@ class ColouringSearch {
     std::size_t step;
     std::size_t next_colour;
   };
-
-  static std::size_t at(std::int32_t arc) { return static_cast<std::size_t>(arc); }
 
   void spend(std::size_t steps) {
     steps_left_ -= static_cast<std::int64_t>(steps);

@@ -6,6 +6,7 @@
 #include <unordered_map>
 #include <utility>
 
+#include "engine/diagram/place.hpp"
 #include "engine/invariants/of_codes.hpp"
 #include "engine/invariants/sweep.hpp"
 #include "engine/run/parallel.hpp"
@@ -14,8 +15,6 @@ namespace korvex {
 namespace {
 
 constexpr std::size_t kWidest = 24;
-
-std::size_t at(std::int32_t number) { return static_cast<std::size_t>(number); }
 
 // A Laurent polynomial in x = A^2, A the variable of the Kauffman bracket.
 struct Bracket {

@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "engine/diagram/place.hpp"
 #include "engine/invariants/arc_colouring.hpp"
 #include "engine/run/parallel.hpp"
 
@@ -63,7 +64,6 @@ class SeedElimination {
   // Below so many entries it costs less to multiply all forms by a pivot than to invert it.
   static constexpr std::size_t kWorthAnInverse = 96;
 
-  static std::size_t at(std::int32_t number) { return static_cast<std::size_t>(number); }
   Value* form(std::int32_t arc) { return &entries_[form_[at(arc)] * stride_]; }
 
   void start(const ArcColouring& colouring) {

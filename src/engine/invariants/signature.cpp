@@ -4,7 +4,8 @@
 #include <utility>
 #include <vector>
 
-#include "engine/diagram/gauss_code.hpp"
+#include "engine/diagram/course.hpp"
+#include "engine/diagram/place.hpp"
 #include "engine/diagram/plane_diagram.hpp"
 #include "engine/invariants/integer.hpp"
 #include "engine/invariants/of_codes.hpp"
@@ -12,8 +13,6 @@
 
 namespace korvex {
 namespace {
-
-std::size_t at(std::int32_t number) { return static_cast<std::size_t>(number); }
 
 using Form = std::vector<std::vector<Integer>>;  // rows of a symmetric form
 
@@ -26,7 +25,7 @@ struct Goeritz {
 
 class GoeritzBuilder {
  public:
-  explicit GoeritzBuilder(const GaussCode& code) : code_(code) {
+  explicit GoeritzBuilder(const GaussCode& code) : code_(code), course_(code.size()) {
     diagram_.draw(code, Curve::kClosed);
     colour_faces();
   }
@@ -67,9 +66,6 @@ class GoeritzBuilder {
   }
 
  private:
-  std::size_t strand_after(std::size_t passage) const {
-    return passage + 1 == code_.size() ? 0 : passage + 1;
-  }
   std::int32_t face_left_before(std::size_t passage) const {
     return diagram_.face_left_of(2 * passage);
   }
@@ -77,10 +73,10 @@ class GoeritzBuilder {
     return diagram_.face_left_of(2 * passage + 1);
   }
   std::int32_t face_left_after(std::size_t passage) const {
-    return diagram_.face_left_of(2 * strand_after(passage));
+    return diagram_.face_left_of(2 * course_.strand_after(passage));
   }
   std::int32_t face_right_after(std::size_t passage) const {
-    return diagram_.face_left_of(2 * strand_after(passage) + 1);
+    return diagram_.face_left_of(2 * course_.strand_after(passage) + 1);
   }
 
   // Along the curve the white faces lie now to the left, now to the right.
@@ -91,6 +87,7 @@ class GoeritzBuilder {
   }
 
   const GaussCode& code_;
+  const Course course_;
   PlaneDiagram diagram_;
   std::vector<bool> white_;
 };

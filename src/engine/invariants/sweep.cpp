@@ -5,12 +5,12 @@
 #include <limits>
 #include <utility>
 
+#include "engine/diagram/course.hpp"
+#include "engine/diagram/place.hpp"
 #include "engine/run/parallel.hpp"
 
 namespace korvex {
 namespace {
-
-std::size_t at(std::int32_t number) { return static_cast<std::size_t>(number); }
 
 // Legs of a crossing, counter-clockwise from the incoming under-strand: under in, right, under out,
 // left. The over-strand comes in by the left where the crossing is positive.
@@ -21,7 +21,8 @@ struct Leg {
 
 class Planner {
  public:
-  Planner(const GaussCode& code, const Run& run) : code_(code), run_(run), number_(code.size()) {
+  Planner(const GaussCode& code, const Run& run)
+      : course_(code.size()), run_(run), number_(code.size()) {
     for (std::size_t k = 0; k < code.size(); ++k) {
       if (code[k].over) continue;
       const auto crossing = static_cast<std::int32_t>(legs_.size());
@@ -71,7 +72,7 @@ class Planner {
   };
 
   std::int32_t after(std::size_t passage) const {
-    return static_cast<std::int32_t>(passage + 1 == code_.size() ? 0 : passage + 1);
+    return static_cast<std::int32_t>(course_.strand_after(passage));
   }
 
   std::int32_t cyclic(std::int32_t position) const {
@@ -82,7 +83,7 @@ class Planner {
   // The crossing at the far end of a frontier point's strand.
   std::int32_t crossing_beyond(const FrontierPoint& point) const {
     const std::size_t strand = at(point.strand);
-    return number_[point.leaves ? strand : (strand == 0 ? code_.size() : strand) - 1];
+    return number_[point.leaves ? strand : course_.passage_before(strand)];
   }
 
   std::int32_t leg_beyond(const FrontierPoint& point) const {
@@ -147,7 +148,7 @@ class Planner {
     return false;
   }
 
-  const GaussCode& code_;
+  const Course course_;
   const Run& run_;
   std::vector<std::int32_t> number_;  // crossing of each passage
   std::vector<std::array<Leg, 4>> legs_;

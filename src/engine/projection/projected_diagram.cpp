@@ -3,8 +3,8 @@
 #include <cmath>
 #include <limits>
 
+#include "engine/diagram/code_closure.hpp"
 #include "engine/diagram/code_reduction.hpp"
-#include "engine/diagram/gauss_code.hpp"
 #include "engine/diagram/trusted_diagram.hpp"
 #include "engine/projection/projection.hpp"
 #include "korvex/diagram.hpp"

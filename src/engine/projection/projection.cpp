@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 
+#include "engine/diagram/place.hpp"
 #include "engine/run/parallel.hpp"
 #include "geometry/predicates.hpp"
 #include "geometry/unit_scale.hpp"
@@ -15,8 +16,6 @@ constexpr double kEpsilon = std::numeric_limits<double>::epsilon();
 
 // How far, in units of the projection's extent, a strand is led to leave everything behind.
 constexpr double kAway = 4;
-
-std::size_t at(std::int32_t number) { return static_cast<std::size_t>(number); }
 
 // A right-handed frame about `up` (T. Duff et al., J. Comput. Graph. Tech. 6, 1 (2017)).
 std::array<Point, 2> frame_about(const Point& up) {

@@ -8,7 +8,7 @@
 #include <span>
 #include <vector>
 
-#include "engine/diagram/gauss_code.hpp"
+#include "engine/diagram/course.hpp"
 #include "engine/projection/chain_code.hpp"
 #include "geometry/box_tree.hpp"
 #include "korvex/geometry.hpp"

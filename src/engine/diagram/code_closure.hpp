@@ -1,4 +1,4 @@
-// The Gauss code of an open chain seen along a direction, and what may be done to it.
+// The Gauss code of an open chain seen along a direction, and the closed curve that it stands for.
 //
 // The chain stands for the closed curve that both ends make when they are led to infinity towards
 // the viewer and joined there. Seen by the viewer that closing arc passes over everything, so it
@@ -10,8 +10,6 @@
 #include "korvex/gauss_code.hpp"
 
 namespace korvex {
-
-enum class Curve { kOpen, kClosed };
 
 // The code of the closed curve: the closing arc is routed over the fewest strands of the diagram on
 // the sphere and its crossings are inserted, its own passages last. O(length).
