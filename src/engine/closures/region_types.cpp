@@ -113,7 +113,19 @@ class RegionTyping {
     for (const InnerPoint& other : inner_points(arrangement_, face)) {
       if (other.weighted >= kThin && decide_seen(face, other.at, chain_, worker)) return true;
     }
+    if (decide_turned(face, worker)) return true;
     if (inner_[face]->clearance > kWide) touches_itself_ = true;
+    return false;
+  }
+
+  // The best points of a face with few sides may all lie on the circles of its arcs, opposite to
+  // them: there an end is seen on a bond, however the chain lies.
+  bool decide_turned(std::size_t face, Worker& worker) {
+    constexpr double kRoomToTurn = 1e-4;
+    constexpr unsigned kTurns = 4;
+    if (inner_[face]->clearance < kRoomToTurn) return false;
+    for (unsigned attempt = 0; attempt < kTurns; ++attempt)
+      if (decide_seen(face, nudged(inner_[face]->at, attempt), chain_, worker)) return true;
     return false;
   }
 

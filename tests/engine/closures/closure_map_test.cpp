@@ -138,6 +138,16 @@ TEST(ClosureMap, DoesNotDependOnWhereAndHowTheChainLies) {
   expect_equal(shares_of(keys_of(reversed)), shares, 1e-9);
 }
 
+TEST(ClosureMap, IsFoundWhereARegionIsWidestOppositeToItsArcs) {
+  for (const auto& [seed, first] : {std::pair{7u, 18}, std::pair{6u, 43}}) {
+    const auto walk = compact_walk(seed, 60);
+    const ClosureMap map = map_of(std::span(walk).subspan(static_cast<std::size_t>(first), 5));
+    EXPECT_EQ(map.regions.size(), 2u);
+    EXPECT_EQ(map.dominant().type, "0_1");
+    EXPECT_EQ(map.doubt, 0);
+  }
+}
+
 TEST(ClosureMap, DoesNotDependOnPointsInsideBonds) {
   const auto chain = compact_walk(8, 40);
   std::vector<Point> divided;
