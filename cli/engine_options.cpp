@@ -6,7 +6,9 @@
 #include <string_view>
 #include <utility>
 
+#include "korvex/report.hpp"
 #include "options.hpp"
+#include "progress.hpp"
 
 namespace korvex::cli {
 namespace {
@@ -184,18 +186,44 @@ Option sampling_option(Sampling& sampling) {
                 "Directions: an even lattice turned at random, or\neach on its own at random");
 }
 
-void add_fingerprint_options(Command& command, FingerprintOptions& options) {
-  command.add(choice("--closure", options.closure, kSampledClosures,
-                     "How both ends of a sub-chain are led to infinity:\nin one direction, or each "
-                     "in its own"));
-  command.add(number("--directions", options.directions, "COUNT", "Votes for every sub-chain",
-                     within(1, 1'000'000)));
+void add_fingerprint_options(Command& command, FingerprintChoice& choice,
+                             const std::string& about_exact) {
+  FingerprintOptions& options = choice.options;
+  const auto sampled = [&choice] { choice.sampled = true; };
+  command.add({.names = "--exact", .help = about_exact, .target = &options.exact});
+  command.add(korvex::cli::choice(
+      "--closure", options.closure, kSampledClosures,
+      "How both ends of a sub-chain are led to infinity:\nin one direction, or each in its own"));
+  command.add(noting(number("--directions", options.directions, "COUNT",
+                            "Votes for every sub-chain", within(1, 1'000'000)),
+                     sampled));
   command.add(number("--step", options.step, "COUNT",
                      "Residues from one end of a sub-chain to the next",
                      within(1, std::numeric_limits<int>::max())));
-  command.add(sampling_option(options.sampling));
+  command.add(noting(sampling_option(options.sampling), sampled));
   command.add(memory(options.most_memory,
                      "Most memory for the votes; a chain that needs more\nis refused", "4G"));
+}
+
+Fingerprint fingerprint_of(const Chain& chain, const FingerprintChoice& choice, Run run,
+                           std::size_t most_exact) {
+  FingerprintOptions options = choice.options;
+  const bool by_rays = options.closure == korvex::Closure::kRays;
+  if (options.exact && (choice.sampled || !by_rays))
+    throw Failure(Exit::kUsage,
+                  "--exact takes all directions of closing by rays: leave out --directions, "
+                  "--sampling and --closure");
+  if (by_rays && !choice.sampled && chain.points.size() <= most_exact * options.step)
+    options.exact = true;
+  const std::string title = title_of(chain);
+  const auto directions = static_cast<double>(options.directions);
+  Progress progress;
+  run.progress = [&](double fraction) {
+    progress.show_bar(title, fraction, options.exact ? 100 : directions,
+                      options.exact ? "percent" : "directions");
+  };
+  run.progress(0);
+  return fingerprint(chain.points, options, run);
 }
 
 }  // namespace korvex::cli

@@ -1,7 +1,11 @@
 // Options of the subcommands that run the engine, spelt the same everywhere.
 #pragma once
 
+#include <cstddef>
+#include <string>
+
 #include "command_line.hpp"
+#include "korvex/chain.hpp"
 #include "korvex/fingerprint.hpp"
 #include "korvex/read.hpp"
 #include "korvex/run.hpp"
@@ -15,8 +19,21 @@ void add_chain_options(Command& command, ReadOptions& read);
 // --threads and --seed.
 void add_run_options(Command& command, Run& run);
 
-// --closure (rays or two-points), --directions, --step, --sampling, --memory.
-void add_fingerprint_options(Command& command, FingerprintOptions& options);
+// How fingerprints are to be found, as far as the options say so.
+struct FingerprintChoice {
+  FingerprintOptions options;
+  bool sampled = false;  // as --directions, --sampling or another closure than rays ask
+};
+
+// --exact, --closure (rays or two-points), --directions, --step, --sampling, --memory.
+void add_fingerprint_options(Command& command, FingerprintChoice& choice,
+                             const std::string& about_exact);
+
+// Of the chain: exact where the options say so, or where they leave it open and the chain has no
+// more than `most_exact` stations. Shows on the terminal how far it is. Throws Failure where the
+// options contradict one another.
+Fingerprint fingerprint_of(const Chain& chain, const FingerprintChoice& choice, Run run,
+                           std::size_t most_exact);
 
 // A check that refuses all but numbers above 0 and at most 1.
 Check share();

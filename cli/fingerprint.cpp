@@ -12,7 +12,6 @@
 #include "korvex/report.hpp"
 #include "options.hpp"
 #include "output_file.hpp"
-#include "progress.hpp"
 #include "read_notes.hpp"
 
 namespace korvex::cli {
@@ -20,11 +19,14 @@ namespace {
 
 const Choices<ReportFormat> kFormats = choices_of(fingerprint_formats());
 
+// No chain is short enough to be taken exactly without being asked for it.
+constexpr std::size_t kVotesUnlessAsked = 0;
+
 struct Options {
   std::string file;
   std::string output;
   ReadOptions read;
-  FingerprintOptions fingerprint;
+  FingerprintChoice fingerprint;
   Run run;
   std::optional<ReportFormat> format;  // by the name of the output
 };
@@ -44,19 +46,9 @@ Exit fingerprint_of_file(const Options& options) {
   ReadNotes notes(options.read);
   notes.add(chain);
   notes.tell();
-  const std::string title = title_of(chain);
   require_open(chain);
-  Run run = options.run;
-  {
-    Progress progress;
-    const auto directions = static_cast<double>(options.fingerprint.directions);
-    run.progress = [&](double fraction) {
-      progress.show_bar(title, fraction, directions, "directions");
-    };
-    run.progress(0);
-    write_fingerprint(fingerprint(chain.points, options.fingerprint, run), chain.residues,
-                      format_for(options), output.stream(), chain.gaps);
-  }
+  write_fingerprint(fingerprint_of(chain, options.fingerprint, options.run, kVotesUnlessAsked),
+                    chain.residues, format_for(options), output.stream(), chain.gaps);
   output.publish();
   return Exit::kDone;
 }
@@ -80,7 +72,8 @@ Command fingerprint_command() {
       }};
   command.add(file(options->file));
   command.add(output(options->output));
-  add_fingerprint_options(command, options->fingerprint);
+  add_fingerprint_options(command, options->fingerprint,
+                          "Exact shares of all directions, without votes");
   add_run_options(command, options->run);
   add_chain_options(command, options->read);
   command.add(choice("--format", options->format, kFormats,

@@ -106,15 +106,6 @@ Option trials_option(KnotOptions& options) {
           refuse};
 }
 
-// An option that does something more where it is given.
-Option noting(Option option, const std::function<void()>& note) {
-  option.target = [note, take = std::get<TakeOne>(option.target)](const std::string& text) {
-    note();
-    take(text);
-  };
-  return option;
-}
-
 Option closure_option(KnotOptions& options) {
   Option option = choice("--closure", options.votes.closure, kClosures,
                          "How the ends are joined: both to infinity in one\ndirection; each in its "

@@ -11,17 +11,19 @@
 #include "engine_options.hpp"
 #include "korvex/report.hpp"
 #include "options.hpp"
-#include "progress.hpp"
 
 namespace korvex::cli {
 namespace {
 
 const Choices<ReportFormat> kFormats = choices_of(location_formats());
 
+// Up to so many stations exact shares take no longer than people wait for.
+constexpr std::size_t kMostExact = 100;
+
 struct Options {
   std::vector<std::string> files;
   ReadOptions read;
-  FingerprintOptions fingerprint;
+  FingerprintChoice fingerprint;
   LocateOptions locate;
   Run run;
   ReportFormat format = ReportFormat::kText;
@@ -31,19 +33,8 @@ Exit run_locate(const Options& options) {
   LocationReport report(options.format, std::cout);
   const Exit exit = for_each_chain(options.files, options.read, [&](const Chain& chain) {
     require_open(chain);
-    const std::string title = title_of(chain);
-    Run run = options.run;
-    Location location;
-    {
-      Progress progress;
-      const auto directions = static_cast<double>(options.fingerprint.directions);
-      run.progress = [&](double fraction) {
-        progress.show_bar(title, fraction, directions, "directions");
-      };
-      run.progress(0);
-      location = locate(fingerprint(chain.points, options.fingerprint, run), options.locate);
-    }
-    report.add(chain, location);
+    report.add(chain, locate(fingerprint_of(chain, options.fingerprint, options.run, kMostExact),
+                             options.locate));
     flush_output();
   });
   report.finish();
@@ -61,7 +52,10 @@ Command locate_command() {
   command.add(files(options->files));
   command.add(number("--threshold", options->locate.threshold, "SHARE",
                      "Share of a sub-chain's votes at which it counts as\nso knotted", share()));
-  add_fingerprint_options(command, options->fingerprint);
+  add_fingerprint_options(command, options->fingerprint,
+                          "Exact shares of all directions, without votes; the\ndefault by rays up "
+                          "to " +
+                              std::to_string(kMostExact) + " stations");
   add_run_options(command, options->run);
   add_chain_options(command, options->read);
   command.add(choice("--format", options->format, kFormats,

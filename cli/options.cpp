@@ -61,6 +61,14 @@ Option output(std::string& name) {
           .required = true};
 }
 
+Option noting(Option option, const std::function<void()>& note) {
+  option.target = [note, take = std::get<TakeOne>(option.target)](const std::string& text) {
+    note();
+    take(text);
+  };
+  return option;
+}
+
 Option classic_flag() {
   return {"--classic",
           "Use the exported interface, whose options and\nanswers differ: see --classic --help"};

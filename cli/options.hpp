@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <functional>
 #include <optional>
 #include <string>
 #include <type_traits>
@@ -70,6 +71,9 @@ Option memory(Bytes& bytes, const std::string& help, const std::string& shown_de
       "--memory", help,          [&bytes](const std::string& text) { bytes = *parsed_size(text); },
       "SIZE",     shown_default, refuse};
 }
+
+// An option with a value that does something more where it is given.
+Option noting(Option option, const std::function<void()>& note);
 
 // The files that a subcommand reads, or the one.
 Option files(std::vector<std::string>& names);

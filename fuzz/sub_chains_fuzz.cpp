@@ -20,7 +20,7 @@ void require_same(const Fingerprint& a, const Fingerprint& b) {
   for (std::size_t begin = 0; begin < a.stations().size(); ++begin)
     for (std::size_t end = begin + 1; end < a.stations().size(); ++end)
       for (std::size_t type = 0; type < a.types().size(); ++type)
-        require(a.count(type, begin, end) == b.count(type, begin, end));
+        require(a.share(type, begin, end) == b.share(type, begin, end));
 }
 
 void check_places(const Fingerprint& fingerprint, const korvex::Chain& chain, double threshold) {

@@ -77,6 +77,8 @@ struct Location {
   // cores, the longest first. Cores of one type share no residue: the shortest is taken first, of
   // equally long ones that with the greatest share, then the first along the chain.
   std::vector<KnotPlace> knots;
+  bool exact = false;      // shares are exact, not of votes
+  std::size_t trials = 0;  // votes cast for each sub-chain; 0 where shares are exact
 };
 
 struct LocateOptions {

@@ -109,7 +109,8 @@ class KORVEX_API CatalogueReport : public Report {
 
 // kText: a line a chain and below it one or more for each place of a knot. kTsv: a line for each
 // place, with the bridged gaps in its core and, as all answers, what is doubtful about the chain,
-// or one with the type alone where there is none. kJson: an object a chain. kPymol, kChimerax:
+// or one with the type alone where there is none; `exact` stands for the trials where shares are
+// exact, and shares have nine digits then. kJson: an object a chain. kPymol, kChimerax:
 // commands; Error(kInvalidArgument) where chain.source is no file that the viewer loads, or a name
 // could be taken for a command.
 class KORVEX_API LocationReport : public Report {
@@ -128,6 +129,10 @@ class KORVEX_API LocationReport : public Report {
 // kJson: stations, labels, types, trials, and sub_chains with votes that are not all for the
 // unknot, each [begin, end, [[type, count], ...]] by numbers of stations and types.
 //
+// Of exact shares, kTsv has no votes, `exact` for the trials, shares with nine digits behind the
+// point, and as interval what the doubt leaves open; kJson has "exact": true and the doubt for the
+// trials, and shares for votes.
+//
 // kMatrix: a head, then a line for every sub-chain with at least 1 % of the votes for a knot, by
 // rising begin and falling end: labels of its ends, for each threshold from 90 % down to 0 % in
 // steps of 3 % the types whose whole percentage is above it (and not above the one before; 0 for
@@ -138,12 +143,13 @@ class KORVEX_API LocationReport : public Report {
 // - stations: int32 (n), index of each station's residue in the chain, 0-based
 // - labels: unicode (n), label of each station's residue
 // - types: unicode, names of the knot types; the first is the unknot's
-// - trials: int64 (), votes cast for each sub-chain
+// - trials: int64 (), votes cast for each sub-chain; 0 where shares are exact
 // - dominant: int32 (n, n), number of the type with most votes, [begin, end]; -1 where begin >= end
 // - share: float32 (n, n), share of the votes for that type; 0 where begin >= end
 // - begin, end, type: int32 (m), numbers of the stations of a sub-chain and of a type but the
 //   unknot's
 // - count: uint32 (m), votes for it; all other votes of a sub-chain are the unknot's
+// - exact_share: float64 (m), and doubt: float64 (), in place of count where shares are exact
 // The same fingerprint gives the same bytes. Error(kInvalidArgument) where the archive would be
 // larger than 4 GiB.
 //

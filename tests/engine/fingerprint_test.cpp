@@ -133,7 +133,7 @@ TEST_P(BothClosures, WithAStepAreThoseOfTheirStations) {
       const auto end = static_cast<std::size_t>(coarse.stations()[b]);
       const auto vote = coarse.dominant(a, b);
       const auto fine_vote = fine.dominant(begin, end);
-      EXPECT_EQ(vote.count, fine_vote.count);
+      EXPECT_EQ(vote.share, fine_vote.share);
     }
   }
 }

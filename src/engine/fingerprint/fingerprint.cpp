@@ -8,7 +8,9 @@
 #include <utility>
 
 #include "engine/diagram/code_closure.hpp"
+#include "engine/fingerprint/exact.hpp"
 #include "engine/fingerprint/fingerprint_data.hpp"
+#include "engine/fingerprint/stations.hpp"
 #include "engine/identify/diagram_types.hpp"
 #include "engine/identify/type_numbers.hpp"
 #include "engine/projection/projection.hpp"
@@ -72,7 +74,7 @@ class Computation {
               const FingerprintOptions& options, const Run& run, SubChains sub_chains)
       : identify_(identify), chain_(chain), options_(options), run_(run), sub_chains_(sub_chains) {
     check();
-    place_stations();
+    stations_ = stations_along(chain_.size(), options_.step);
     ends_ = sampled_ends(options.closure, options.sampling, options.directions, run.seed);
   }
 
@@ -97,15 +99,7 @@ class Computation {
     if (options_.directions == 0) refuse("a fingerprint needs at least 1 direction");
     if (options_.directions > kMostDirections)
       refuse("a fingerprint takes at most 1000000 directions");
-    if (options_.step == 0) refuse("the step of a fingerprint must be at least 1 residue");
     require_usable(chain_);
-  }
-
-  void place_stations() {
-    for (std::size_t residue = 0; residue < chain_.size(); residue += options_.step)
-      stations_.push_back(static_cast<std::int32_t>(residue));
-    const auto last = static_cast<std::int32_t>(chain_.size()) - 1;
-    if (!stations_.empty() && stations_.back() != last) stations_.push_back(last);
   }
 
   void vote(const Ends& ends, Worker& worker) const {
@@ -202,6 +196,11 @@ class Computation {
                   " stations: number them from 0, begin below end");
 }
 
+void require_cell(const Fingerprint& fingerprint, std::size_t begin, std::size_t end) {
+  const std::size_t stations = fingerprint.stations().size();
+  if (begin >= end || end >= stations) refuse_sub_chain(begin, end, stations);
+}
+
 [[noreturn]] void refuse_type(std::size_t type, std::size_t types) {
   throw Error(ErrorCode::kInvalidArgument, "there is no type " + std::to_string(type) +
                                                " in a fingerprint with " + std::to_string(types) +
@@ -211,33 +210,49 @@ class Computation {
 }  // namespace
 
 const std::vector<std::int32_t>& Fingerprint::stations() const { return data_->stations; }
-std::size_t Fingerprint::trials() const { return data_->options.directions; }
+std::size_t Fingerprint::trials() const { return exact() ? 0 : data_->options.directions; }
+double Fingerprint::doubt() const { return data_->doubt; }
 const std::vector<std::string>& Fingerprint::types() const { return data_->types; }
 const FingerprintOptions& Fingerprint::options() const { return data_->options; }
 
 std::uint32_t Fingerprint::count(std::size_t type, std::size_t begin, std::size_t end) const {
-  if (begin >= end || end >= stations().size()) refuse_sub_chain(begin, end, stations().size());
+  require_cell(*this, begin, end);
   if (type >= types().size()) refuse_type(type, types().size());
+  if (exact())
+    throw Error(ErrorCode::kInvalidArgument,
+                "an exact fingerprint has no votes to count: ask for shares");
   if (type != 0) return data_->counts.count(type, begin, end);
   return static_cast<std::uint32_t>(trials()) - data_->counts.count(0, begin, end);
 }
 
 double Fingerprint::share(std::size_t type, std::size_t begin, std::size_t end) const {
-  return static_cast<double>(count(type, begin, end)) / static_cast<double>(trials());
+  if (!exact()) return static_cast<double>(count(type, begin, end)) / static_cast<double>(trials());
+  require_cell(*this, begin, end);
+  if (type >= types().size()) refuse_type(type, types().size());
+  return data_->shares.share(type, begin, end);
 }
 
-Fingerprint::Vote Fingerprint::dominant(std::size_t begin, std::size_t end) const {
-  Vote best{0, count(0, begin, end)};
-  if (best.count == trials()) return best;
+Fingerprint::Dominant Fingerprint::dominant(std::size_t begin, std::size_t end) const {
+  Dominant best{0, share(0, begin, end)};
+  if (exact()) {
+    for (const ShareOfType& some : data_->shares.of(begin, end)) {
+      const auto type = static_cast<std::size_t>(some.type);
+      if (some.share > best.share || (some.share == best.share && type < best.type))
+        best = {type, some.share};
+    }
+    return best;
+  }
+  if (best.share == 1) return best;
   for (std::size_t type = 1; type < types().size(); ++type)
-    if (const std::uint32_t votes = count(type, begin, end); votes > best.count)
-      best = {type, votes};
+    if (const double share_of_it = share(type, begin, end); share_of_it > best.share)
+      best = {type, share_of_it};
   return best;
 }
 
 Fingerprint fingerprint_with(const Identification& identify, std::span<const Point> chain,
                              const FingerprintOptions& options, const Run& run,
                              SubChains sub_chains) {
+  if (options.exact) return exact_fingerprint(identify, chain, options, run, sub_chains);
   return Computation(identify, chain, options, run, sub_chains).compute();
 }
 

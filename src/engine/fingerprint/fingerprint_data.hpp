@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "engine/fingerprint/type_counts.hpp"
+#include "engine/fingerprint/type_shares.hpp"
 #include "engine/identify/identify.hpp"
 #include "korvex/fingerprint.hpp"
 
@@ -16,6 +17,8 @@ struct Fingerprint::Data {
   std::vector<std::int32_t> stations;
   std::vector<std::string> types;
   TypeCounts counts;  // by type; summed up, so that those of all knots stand in the unknot's place
+  TypeShares shares{};  // in place of counts where they are exact
+  double doubt = 0;
 };
 
 enum class SubChains {

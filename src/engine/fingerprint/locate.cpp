@@ -62,8 +62,8 @@ class Search {
 
   bool better_core(std::size_t type, const Cell& cell, const Cell& than) const {
     if (length(cell) != length(than)) return length(cell) < length(than);
-    return fingerprint_.count(type, cell.begin, cell.end) >
-           fingerprint_.count(type, than.begin, than.end);
+    return fingerprint_.share(type, cell.begin, cell.end) >
+           fingerprint_.share(type, than.begin, than.end);
   }
 
   // So knotted sub-chains in which no other such lies: as many as do not share a residue, the
@@ -224,12 +224,12 @@ Location locate(const Fingerprint& fingerprint, const LocateOptions& options) {
   if (!(options.threshold > 0 && options.threshold <= 1))
     throw Error(ErrorCode::kInvalidArgument,
                 "the threshold of a knot core must be a share above 0 and at most 1");
-  if (fingerprint.stations().size() < 2) return {"0_1", 1, {}, {}};
+  Location location{"0_1", 1, {}, {}, fingerprint.exact(), fingerprint.trials()};
+  if (fingerprint.stations().size() < 2) return location;
   const std::size_t last = fingerprint.stations().size() - 1;
   const auto dominant = fingerprint.dominant(0, last);
-  Location location;
   location.type = fingerprint.types()[dominant.type];
-  location.share = fingerprint.share(dominant.type, 0, last);
+  location.share = dominant.share;
   location.factors = factors_of(location.type);
   const Search search(fingerprint, options.threshold);
   for (std::size_t type = 1; type < fingerprint.types().size(); ++type)

@@ -14,13 +14,13 @@
 namespace korvex {
 namespace {
 
-// Calls `row` for every sub-chain that has votes for a knot.
+// Calls `row` for every sub-chain that is knotted in some direction.
 template <typename Row>
 void for_each_knotted(const Fingerprint& fingerprint, const Row& row) {
   const std::size_t n = fingerprint.stations().size();
   for (std::size_t begin = 0; begin < n; ++begin)
     for (std::size_t end = begin + 1; end < n; ++end)
-      if (fingerprint.count(0, begin, end) < fingerprint.trials()) row(begin, end);
+      if (fingerprint.share(0, begin, end) < 1) row(begin, end);
 }
 
 std::string label_of(const Fingerprint& fingerprint, std::span<const Residue> residues,
@@ -28,14 +28,20 @@ std::string label_of(const Fingerprint& fingerprint, std::span<const Residue> re
   return residue_label(residues, static_cast<std::size_t>(fingerprint.stations()[station]));
 }
 
-// The knotted types with at least one percent of the votes, the most frequent first.
+// The percentage of a type in whole numbers, rounded down.
+std::size_t percentage(const Fingerprint& fingerprint, std::size_t type, std::size_t begin,
+                       std::size_t end) {
+  if (fingerprint.exact())
+    return static_cast<std::size_t>(100 * fingerprint.share(type, begin, end));
+  return 100 * std::size_t{fingerprint.count(type, begin, end)} / fingerprint.trials();
+}
+
+// The knotted types with at least one percent, the most frequent first.
 std::vector<std::pair<std::size_t, std::string>> percentages(const Fingerprint& fingerprint,
                                                              std::size_t begin, std::size_t end) {
   std::vector<std::pair<std::size_t, std::string>> list;
   for (std::size_t type = 1; type < fingerprint.types().size(); ++type)
-    if (const std::size_t percent =
-            100 * std::size_t{fingerprint.count(type, begin, end)} / fingerprint.trials();
-        percent > 0)
+    if (const std::size_t percent = percentage(fingerprint, type, begin, end); percent > 0)
       list.emplace_back(percent, fingerprint.types()[type]);
   std::stable_sort(list.begin(), list.end(),
                    [](const auto& a, const auto& b) { return a.first > b.first; });
@@ -63,21 +69,30 @@ std::string gap_cells(const Fingerprint& fingerprint, std::span<const Gap> gaps,
   return std::to_string(count) + '\t' + number_text(longest);
 }
 
+// Votes, trials, share and the interval of the share, of a type that a sub-chain has.
+std::string share_cells(const Fingerprint& fingerprint, std::size_t type, std::size_t begin,
+                        std::size_t end) {
+  const double share = fingerprint.share(type, begin, end);
+  if (fingerprint.exact())
+    return "\texact\t" + nine_digits_text(share) + '\t' +
+           nine_digits_text(std::max(share - fingerprint.doubt(), 0.0)) + '\t' +
+           nine_digits_text(std::min(share + fingerprint.doubt(), 1.0));
+  const std::uint32_t count = fingerprint.count(type, begin, end);
+  const Interval interval = wilson_interval(count, fingerprint.trials());
+  return std::to_string(count) + '\t' + std::to_string(fingerprint.trials()) + '\t' +
+         number_text(share) + '\t' + number_text(interval.low) + '\t' + number_text(interval.high);
+}
+
 void write_tsv(const Fingerprint& fingerprint, std::span<const Residue> residues,
                std::span<const Gap> gaps, std::ostream& out) {
   out << "begin\tend\ttype\tvotes\ttrials\tshare\tlow\thigh\tgaps\tlongest_gap\n";
-  const std::string trials = std::to_string(fingerprint.trials());
   std::string line;
   for_each_knotted(fingerprint, [&](std::size_t begin, std::size_t end) {
     for (std::size_t type = 0; type < fingerprint.types().size(); ++type) {
-      const std::uint32_t count = fingerprint.count(type, begin, end);
-      if (count == 0) continue;
-      const Interval interval = wilson_interval(count, fingerprint.trials());
+      if (!(fingerprint.share(type, begin, end) > 0)) continue;
       line = cell_of(fingerprint, residues, begin) + '\t' + cell_of(fingerprint, residues, end) +
-             '\t' + fingerprint.types()[type] + '\t' + std::to_string(count) + '\t' + trials +
-             '\t' + number_text(fingerprint.share(type, begin, end)) + '\t' +
-             number_text(interval.low) + '\t' + number_text(interval.high) + '\t' +
-             gap_cells(fingerprint, gaps, begin, end) + '\n';
+             '\t' + fingerprint.types()[type] + '\t' + share_cells(fingerprint, type, begin, end) +
+             '\t' + gap_cells(fingerprint, gaps, begin, end) + '\n';
       out << line;
     }
   });
@@ -96,14 +111,22 @@ void write_json(const Fingerprint& fingerprint, std::span<const Residue> residue
   };
   out << "{\"stations\":" + text(fingerprint.stations()) + ",\"labels\":" + text(labels) +
              ",\"gaps\":" + text(bridged) + ",\"types\":" + text(fingerprint.types()) +
-             ",\"trials\":" + std::to_string(fingerprint.trials()) + ",\"sub_chains\":[";
+             (fingerprint.exact() ? ",\"exact\":true,\"doubt\":" + text(fingerprint.doubt())
+                                  : ",\"trials\":" + std::to_string(fingerprint.trials())) +
+             ",\"sub_chains\":[";
   // Row by row: there may be millions.
   const char* comma = "";
   for_each_knotted(fingerprint, [&](std::size_t begin, std::size_t end) {
     Json votes = Json::array();
-    for (std::size_t type = 0; type < fingerprint.types().size(); ++type)
-      if (const std::uint32_t count = fingerprint.count(type, begin, end); count > 0)
-        votes.push_back({type, count});
+    for (std::size_t type = 0; type < fingerprint.types().size(); ++type) {
+      const double share = fingerprint.share(type, begin, end);
+      if (!(share > 0)) continue;
+      if (fingerprint.exact()) {
+        votes.push_back({type, nine_digits(share)});
+      } else {
+        votes.push_back({type, fingerprint.count(type, begin, end)});
+      }
+    }
     out << comma << text({begin, end, votes});
     comma = ",";
   });

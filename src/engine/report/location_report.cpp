@@ -11,8 +11,8 @@ using Json = nlohmann::ordered_json;
 
 constexpr Report::Frame kTable{
     "source\tmodel\tchain\ttype\tcore_begin\tcore_end\tcore_share\twhole_share\ttail_before\t"
-    "tail_after\tsub_chains\tlongest_begin\tlongest_end\tundone_before\tundone_after\tcore_"
-    "gaps\tgaps\tlongest_gap\tmended\tends\tpart\n",
+    "tail_after\tsub_chains\tlongest_begin\tlongest_end\tundone_before\tundone_after\ttrials\t"
+    "core_gaps\tgaps\tlongest_gap\tmended\tends\tpart\n",
     {},
     {},
     {}};
@@ -85,7 +85,8 @@ std::string place_text(const Chain& chain, const KnotPlace& place) {
 
 std::string text(const Chain& chain, const Location& location) {
   std::string lines = title_of(chain) + ": " + location.type + ", share " +
-                      share_text(location.share) + doubt_text(chain);
+                      share_text(location.share) + (location.exact ? ", exact" : "") +
+                      doubt_text(chain);
   if (location.factors.size() > 1) {
     const char* separator = ", composite of ";
     for (const std::string& factor : location.factors) {
@@ -98,24 +99,30 @@ std::string text(const Chain& chain, const Location& location) {
   return lines;
 }
 
+std::string exact_or_not(const Location& location, double share) {
+  return location.exact ? nine_digits_text(share) : number_text(share);
+}
+
 std::string rows(const Chain& chain, const Location& location) {
   const std::string of_chain = quoted_for_tsv(chain.source) + '\t' + std::to_string(chain.model) +
                                '\t' + quoted_for_tsv(chain.name) + '\t';
   const std::string doubts = doubt_cells(chain);
+  const std::string trials = location.exact ? "exact" : std::to_string(location.trials);
   if (location.knots.empty())
-    return of_chain + location.type + "\t\t\t\t" + number_text(location.share) +
-           "\t\t\t\t\t\t\t\t\t" + doubts + '\n';
+    return of_chain + location.type + "\t\t\t\t" + exact_or_not(location, location.share) +
+           "\t\t\t\t\t\t\t\t" + trials + "\t\t" + doubts + '\n';
+  const auto share = [&](double of_place) { return exact_or_not(location, of_place); };
   const auto gone = [&](const std::optional<Threading>& undone) {
     return undone ? shown(chain, undone->residue) : std::string();
   };
   std::string lines;
   for (const KnotPlace& place : location.knots)
     lines += of_chain + place.type + '\t' + shown(chain, place.core.first) + '\t' +
-             shown(chain, place.core.last) + '\t' + number_text(place.core_share) + '\t' +
-             number_text(place.whole_share) + '\t' + std::to_string(place.tail_before) + '\t' +
+             shown(chain, place.core.last) + '\t' + share(place.core_share) + '\t' +
+             share(place.whole_share) + '\t' + std::to_string(place.tail_before) + '\t' +
              std::to_string(place.tail_after) + '\t' + std::to_string(place.sub_chains) + '\t' +
              shown(chain, place.longest.first) + '\t' + shown(chain, place.longest.last) + '\t' +
-             gone(place.undone_before) + '\t' + gone(place.undone_after) + '\t' +
+             gone(place.undone_before) + '\t' + gone(place.undone_after) + '\t' + trials + '\t' +
              std::to_string(gaps_within(chain, place.core)) + '\t' + doubts + '\n';
   return lines;
 }
@@ -168,6 +175,8 @@ Json json_of(const Chain& chain, const Location& location) {
   add_doubts(json, chain);
   json["type"] = location.type;
   json["share"] = location.share;
+  json["exact"] = location.exact;
+  if (!location.exact) json["trials"] = location.trials;
   json["factors"] = location.factors;
   json["knots"] = Json::array();
   for (const KnotPlace& place : location.knots) json["knots"].push_back(json_of(chain, place));

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <string>
 #include <string_view>
 
@@ -25,5 +26,9 @@ inline std::string number_text(double number) {
 inline std::string fixed_text(double number, int decimals) {
   return number_text(number, std::chars_format::fixed, decimals);
 }
+
+// Exact shares have nine digits behind the point: what is beyond them is rounding.
+inline double nine_digits(double share) { return std::round(share * 1e9) / 1e9; }
+inline std::string nine_digits_text(double share) { return fixed_text(share, 9); }
 
 }  // namespace korvex

@@ -106,14 +106,13 @@ std::string begin_of_row(const Chain& chain, Closure closure, const std::string&
 }
 
 std::string rows(const Chain& chain, const ClosureMap& map) {
-  constexpr int kDigits = 9;
   const std::string all = begin_of_row(chain, Closure::kRays, "exact");
   const std::string doubts = doubt_cells(chain);
   std::string lines;
   for (const TypeShare& type : map.types)
-    lines += all + type.type + "\t\t" + fixed_text(type.share, kDigits) + '\t' +
-             fixed_text(std::max(type.share - map.doubt, 0.0), kDigits) + '\t' +
-             fixed_text(std::min(type.share + map.doubt, 1.0), kDigits) + '\t' + doubts + '\n';
+    lines += all + type.type + "\t\t" + nine_digits_text(type.share) + '\t' +
+             nine_digits_text(std::max(type.share - map.doubt, 0.0)) + '\t' +
+             nine_digits_text(std::min(type.share + map.doubt, 1.0)) + '\t' + doubts + '\n';
   return lines;
 }
 
@@ -137,9 +136,6 @@ Json json_of(const RingReport& ring) {
           {"simplified", size(ring.simplified_size())},
           {"alexander_key", hexadecimal(ring.alexander_key)}};
 }
-
-// With nine digits behind the point: what is beyond them is rounding.
-double nine_digits(double share) { return std::round(share * 1e9) / 1e9; }
 
 Json json_of(const Chain& chain, const ClosureMap& map) {
   Json json{{"source", chain.source},

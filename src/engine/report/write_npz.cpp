@@ -22,18 +22,23 @@ void write_npz(const Fingerprint& fingerprint, std::span<const Residue> residues
   std::vector<std::int32_t> ends;
   std::vector<std::int32_t> types;
   std::vector<std::uint32_t> counts;
+  std::vector<double> shares;
   for (std::size_t begin = 0; begin < n; ++begin) {
     for (std::size_t end = begin + 1; end < n; ++end) {
       const auto vote = fingerprint.dominant(begin, end);
       dominant[begin * n + end] = static_cast<std::int32_t>(vote.type);
-      share[begin * n + end] = static_cast<float>(fingerprint.share(vote.type, begin, end));
+      share[begin * n + end] = static_cast<float>(vote.share);
       for (std::size_t type = 1; type < fingerprint.types().size(); ++type) {
-        const std::uint32_t count = fingerprint.count(type, begin, end);
-        if (count == 0) continue;
+        const double share_of_type = fingerprint.share(type, begin, end);
+        if (!(share_of_type > 0)) continue;
         begins.push_back(static_cast<std::int32_t>(begin));
         ends.push_back(static_cast<std::int32_t>(end));
         types.push_back(static_cast<std::int32_t>(type));
-        counts.push_back(count);
+        if (fingerprint.exact()) {
+          shares.push_back(share_of_type);
+        } else {
+          counts.push_back(fingerprint.count(type, begin, end));
+        }
       }
     }
   }
@@ -50,7 +55,12 @@ void write_npz(const Fingerprint& fingerprint, std::span<const Residue> residues
   archive.add("begin.npy", numbers(begins));
   archive.add("end.npy", numbers(ends));
   archive.add("type.npy", numbers(types));
-  archive.add("count.npy", numbers(counts));
+  if (fingerprint.exact()) {
+    archive.add("exact_share.npy", numbers(shares));
+    archive.add("doubt.npy", numbers(std::vector{fingerprint.doubt()}, ""));
+  } else {
+    archive.add("count.npy", numbers(counts));
+  }
   archive.finish();
 }
 
