@@ -11,12 +11,6 @@ constexpr double kRounding = 16 * 0x1p-53;
 constexpr double kUnderflow = 1e-290;
 constexpr double kEpsilon = std::numeric_limits<double>::epsilon();
 
-// For a bound by the largest coordinates of two sides and a vector, at most M, M and D in size. A
-// triple product of sides of the triangle has terms of at most 12 M M D together, 6 M M D of two
-// that begin in one corner: (6 + 12) kRounding M M D is more than both round, and the terms of the
-// bound of the other once more, 12 kRounding M M D, make it certain there, too: 480 * 2^-53.
-constexpr double kPlaneRounding = 512 * 0x1p-53;
-
 // A value and a bound on its rounding error.
 struct Estimate {
   double value;
@@ -46,11 +40,6 @@ int dot_sign(const Point& a, const Point& b) {
   const double x = a.x * b.x, y = a.y * b.y, z = a.z * b.z;
   return certain_sign(
       {x + y + z, kRounding * (std::fabs(x) + std::fabs(y) + std::fabs(z)) + kUnderflow});
-}
-
-// The largest coordinate of a vector in size.
-double size_of(const Point& a) {
-  return std::max({std::fabs(a.x), std::fabs(a.y), std::fabs(a.z)});
 }
 
 struct Vec2 {
@@ -191,18 +180,6 @@ bool certainly_leaves(const Point& corner, const Point& other1, const Point& oth
     if (shadow_leaves(shadow(e1, axis), shadow(e2, axis), shadow(d, axis))) return true;
   }
   return false;
-}
-
-TrianglePlane::TrianglePlane(const Triangle& triangle) {
-  const Point leg1 = triangle.before - triangle.tip, leg2 = triangle.after - triangle.tip;
-  const double size = std::max(size_of(leg1), size_of(leg2));
-  normal_ = cross(leg1, leg2);
-  doubt_ = kPlaneRounding * size * size;
-}
-
-bool TrianglePlane::clearly_off(const Point& corner, const Point& to) const {
-  const Point away = to - corner;
-  return std::fabs(dot(normal_, away)) > doubt_ * size_of(away) + 4 * kUnderflow;
 }
 
 Bend bend_at(const Triangle& triangle) {

@@ -18,7 +18,8 @@
 // 5. Coordinates must be finite and at most 1 in magnitude, so that what underflows is far below
 //    the bounds. This holds for 1 to 7.
 // 6. TrianglePlane::clearly_off() is true of a corner and a point only where certainly_leaves() of
-//    the same corner and point is.
+//    the same corner and point is, clearly_beside() of a segment only where certainly_apart() is,
+//    and is_clear() only where bend_at() is kProper.
 // 7. bend_at() is exact: points that only look collinear are not taken for it.
 //
 // may_pierce() asks the same with a bound that all questions of a chain share.
@@ -55,15 +56,47 @@ bool certainly_apart(const Triangle& triangle, const Point& from, const Point& t
 bool certainly_leaves(const Point& corner, const Point& other1, const Point& other2,
                       const Point& to);
 
-// The plane of a triangle of a chain, for quick answers to most questions of certainly_leaves().
+// The plane of a triangle of a chain, for quick answers to most questions of the two above and of
+// bend_at().
 class TrianglePlane {
  public:
-  explicit TrianglePlane(const Triangle& triangle);
+  explicit TrianglePlane(const Triangle& triangle) : tip_(triangle.tip) {
+    const Point leg1 = triangle.before - tip_, leg2 = triangle.after - tip_;
+    const double size = std::max(size_of(leg1), size_of(leg2));
+    normal_ = cross(leg1, leg2);
+    doubt_ = kRounding * size * size;
+  }
 
-  // False says nothing.
-  bool clearly_off(const Point& corner, const Point& to) const;
+  // For all three false says nothing.
+  bool is_clear() const { return normal_ != Point{}; }
+
+  bool clearly_off(const Point& corner, const Point& to) const {
+    const Point away = to - corner;
+    return std::fabs(dot(normal_, away)) > doubt_at(away);
+  }
+
+  bool clearly_beside(const Point& from, const Point& to) const {
+    const Point start = from - tip_, end = to - tip_;
+    const double start_height = dot(normal_, start), end_height = dot(normal_, end);
+    return (start_height > doubt_at(start) && end_height > doubt_at(end)) ||
+           (start_height < -doubt_at(start) && end_height < -doubt_at(end));
+  }
 
  private:
+  // A bound by the largest coordinates of two sides and a vector, at most M, M and D in size. A
+  // triple product of sides of the triangle has terms of at most 12 M M D together, 6 M M D of two
+  // that begin in one corner: (6 + 12) 2^-49 M M D is more than both round, and the terms of the
+  // predicates' own bound once more, 12 * 2^-49 M M D, make it certain there, too: 480 * 2^-53.
+  static constexpr double kRounding = 512 * 0x1p-53;
+  static constexpr double kUnderflow = 4e-290;
+
+  static double size_of(const Point& a) {
+    return std::max({std::fabs(a.x), std::fabs(a.y), std::fabs(a.z)});
+  }
+
+  double doubt_at(const Point& away) const { return doubt_ * size_of(away) + kUnderflow; }
+
+  Point tip_;
   Point normal_;
   double doubt_;  // of the height of a vector with coordinates of size 1
 };

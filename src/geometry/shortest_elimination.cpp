@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <limits>
+#include <numeric>
 #include <tuple>
 #include <utility>
 
@@ -20,8 +21,42 @@ constexpr Index kNone = std::numeric_limits<Index>::max();
 // So few points are not worth numbering anew.
 constexpr std::size_t kFewPoints = 48;
 
-using Tree = BoxTree<3, float>;
+// Edges are searched for by boxes on a grid of 2^16 cells along the longest side of the chain's
+// box: many fit into a register. A chain of which one point is thousands of times as far away as
+// the others are long finds more edges than are near.
+using Coordinate = std::int16_t;
+using Cell = std::array<Coordinate, 3>;
+using Tree = BoxTree<3, Coordinate>;
 using Box = Tree::Box;
+
+void include(Box& box, const Cell& cell) {
+  for (std::size_t d = 0; d < 3; ++d) {
+    box.low[d] = std::min(box.low[d], cell[d]);
+    box.high[d] = std::max(box.high[d], cell[d]);
+  }
+}
+
+// The grid's outermost cells stay out of use, as the tree's boxes ask for.
+std::vector<Cell> cells_of(const std::vector<Point>& points) {
+  Point low = points[0], high = points[0];
+  for (const Point& p : points) {
+    low = {std::min(low.x, p.x), std::min(low.y, p.y), std::min(low.z, p.z)};
+    high = {std::max(high.x, p.x), std::max(high.y, p.y), std::max(high.z, p.z)};
+  }
+  constexpr double kLast = std::numeric_limits<Coordinate>::max() - 1;
+  constexpr double kFirst = -kLast;
+  constexpr double kLargest = std::numeric_limits<double>::max();
+  const Point side = high - low;
+  const double scale = std::min((kLast - kFirst) / std::max({side.x, side.y, side.z}), kLargest);
+  const auto cell = [&](double from_low) {
+    return static_cast<Coordinate>(static_cast<int>(scale * from_low + kFirst));
+  };
+  std::vector<Cell> cells;
+  cells.reserve(points.size());
+  for (const Point& p : points)
+    cells.push_back({cell(p.x - low.x), cell(p.y - low.y), cell(p.z - low.z)});
+  return cells;
+}
 
 // What the removal of a point sweeps: its triangle, or the tip of a spike as a triangle without
 // area. The chain's edges next to the triangle touch it where it reaches their end.
@@ -44,16 +79,15 @@ Sweep spike_sweep(const Triangle& t) {
 // edge in its way, its witness, to be replaced: nothing else can set it free.
 class Elimination {
  public:
-  Elimination(const std::vector<Point>& points, bool closed)
-      : closed_(closed), points_(points), index_(points.size()), queue_(Earlier{&points_}) {
-    nodes_.resize(points.size());
-    left_ = points.size();
-    rounded_.resize(points.size());
-    for (Index k = 0; k < index_.size(); ++k) {
-      index_[k] = k;
-      const Point p = points[k] - points[0];
-      rounded_[k] = {static_cast<float>(p.x), static_cast<float>(p.y), static_cast<float>(p.z)};
-    }
+  Elimination(std::vector<Point> points, bool closed)
+      : closed_(closed),
+        left_(points.size()),
+        points_(std::move(points)),
+        index_(points_.size()),
+        nodes_(points_.size()),
+        cells_(cells_of(points_)),
+        queue_(Earlier{&points_}) {
+    std::iota(index_.begin(), index_.end(), 0);
   }
 
   std::vector<Index> run() {
@@ -63,14 +97,20 @@ class Elimination {
       const Index witness = obstacle(k);
       if (witness == kNone) {
         remove(k);
-        if (left_ == number_at_) renumber();
+        if (left_ == number_at_) {
+          drop_removed();
+          number();
+        }
         continue;
       }
-      queue_.drop_winner();
+      queue_.set(k, queue_.kOut);
       if (witness != k) wait(k, witness);
     }
-    drop_removed();
-    return index_;
+    std::vector<Index> left;
+    for (Index k = 0; k < nodes_.size(); ++k) {
+      if (nodes_[k].is_left) left.push_back(index_[k]);
+    }
+    return left;
   }
 
  private:
@@ -103,21 +143,16 @@ class Elimination {
 
   bool is_end(Index k) const { return nodes_[k].before == kNone || nodes_[k].after == kNone; }
 
-  double length2(Index k) const {
+  // The ends of a chain stay.
+  double key_of(Index k) const {
+    if (is_end(k)) return queue_.kOut;
     const Point base = points_[nodes_[k].after] - points_[nodes_[k].before];
     return dot(base, base);
   }
 
-  static void include(Box& box, const std::array<float, 3>& p) {
-    for (std::size_t d = 0; d < 3; ++d) {
-      box.low[d] = std::min(box.low[d], p[d]);
-      box.high[d] = std::max(box.high[d], p[d]);
-    }
-  }
-
   Box box_of(Index a, Index b) const {
-    Box box{rounded_[a], rounded_[a]};
-    include(box, rounded_[b]);
+    Box box{cells_[a], cells_[a]};
+    include(box, cells_[b]);
     return box;
   }
 
@@ -129,19 +164,14 @@ class Elimination {
       now[k] = count;
       nodes_[count] = nodes_[k];
       points_[count] = points_[k];
-      rounded_[count] = rounded_[k];
+      cells_[count] = cells_[k];
       index_[count++] = index_[k];
     }
     nodes_.resize(count);
     points_.resize(count);
-    rounded_.resize(count);
+    cells_.resize(count);
     index_.resize(count);
     for (Node& node : nodes_) node.witness = node.witness == kNone ? kNone : now[node.witness];
-  }
-
-  void renumber() {
-    drop_removed();
-    number();
   }
 
   // Lays out links, boxes and keys for the points in place.
@@ -149,23 +179,20 @@ class Elimination {
     const auto count = static_cast<Index>(nodes_.size());
     waiting_.clear();
     for (Index k = 0; k < count; ++k) {
-      nodes_[k].before = k > 0 ? k - 1 : (closed_ ? count - 1 : kNone);
-      nodes_[k].after = k + 1 < count ? k + 1 : (closed_ ? 0 : kNone);
+      nodes_[k].before = k - 1;
+      nodes_[k].after = k + 1;
       nodes_[k].last_waiting = kNone;
     }
-    boxes_.assign(count, Box::empty());
-    keys_.assign(count, queue_.kOut);
+    nodes_.front().before = closed_ ? count - 1 : kNone;
+    nodes_.back().after = closed_ ? 0 : kNone;
+    tree_.assign(count, [&](std::size_t place) {
+      const auto k = static_cast<Index>(place);
+      return nodes_[k].after == kNone ? Box::empty() : box_of(k, nodes_[k].after);
+    });
+    queue_.assign(count, [&](Index k) { return nodes_[k].waits ? queue_.kOut : key_of(k); });
     for (Index k = 0; k < count; ++k) {
-      if (nodes_[k].after != kNone) boxes_[k] = box_of(k, nodes_[k].after);
-      if (is_end(k)) continue;
-      if (nodes_[k].waits) {
-        wait(k, nodes_[k].witness);
-      } else {
-        keys_[k] = length2(k);
-      }
+      if (nodes_[k].waits) wait(k, nodes_[k].witness);
     }
-    tree_.assign(boxes_);
-    queue_.assign(keys_);
     number_at_ = left_ > kFewPoints ? left_ / 3 : 0;
   }
 
@@ -173,17 +200,17 @@ class Elimination {
   // too short to lose it.
   Index obstacle(Index k) {
     const Triangle t{points_[nodes_[k].before], points_[k], points_[nodes_[k].after]};
-    if (t.tip == t.before || t.tip == t.after) return left_ > 1 ? kNone : k;
+    const TrianglePlane plane(t);
+    if (!plane.is_clear() && (t.tip == t.before || t.tip == t.after)) return left_ > 1 ? kNone : k;
     if (left_ <= (closed_ ? 3U : 2U)) return k;
-    const Bend bend = bend_at(t);
-    if (bend == Bend::kProper) return edge_in_the_way_of_triangle(k, t);
+    const Bend bend = plane.is_clear() ? Bend::kProper : bend_at(t);
+    if (bend == Bend::kProper) return edge_in_the_way_of_triangle(k, t, plane);
     return bend == Bend::kStraight ? kNone : edge_in_the_way(k, spike_sweep(t));
   }
 
   // The edges next to those of the triangle mostly leave its plane.
-  Index edge_in_the_way_of_triangle(Index k, const Triangle& t) {
+  Index edge_in_the_way_of_triangle(Index k, const Triangle& t, const TrianglePlane& plane) {
     const Node& node = nodes_[k];
-    const TrianglePlane plane(t);
     const Index onward = nodes_[node.after].after;
     if (onward != kNone && !plane.clearly_off(t.after, points_[onward]) &&
         !certainly_leaves(t.after, t.tip, t.before, points_[onward]))
@@ -192,9 +219,13 @@ class Elimination {
     if (from != kNone && !plane.clearly_off(t.before, points_[from]) &&
         !certainly_leaves(t.before, t.tip, t.after, points_[from]))
       return from;
-    const Index first = from == kNone ? node.before : from;
-    const Index last = onward == kNone ? k : node.after;
-    return edge_beyond(k, {t, true, true}, first, last);
+    const std::array touching{k, node.before, from == kNone ? k : from,
+                              onward == kNone ? k : node.after};
+    const Sweep sweep{t, true, true};
+    return edge_beyond(k, touching, [&](Index edge) {
+      return plane.clearly_beside(points_[edge], points_[nodes_[edge].after]) ||
+             is_clear(k, sweep, edge);
+    });
   }
 
   Index edge_in_the_way(Index k, const Sweep& sweep) {
@@ -203,25 +234,22 @@ class Elimination {
       const bool is_edge = from != kNone && nodes_[from].after != kNone;
       if (is_edge && !is_clear(k, sweep, from)) return from;
     }
-    return edge_beyond(k, sweep, before, k);
+    return edge_beyond(k, std::array{k, before},
+                       [&](Index edge) { return is_clear(k, sweep, edge); });
   }
 
-  // Of the edges but first to last, in the order of the ring.
-  Index edge_beyond(Index k, const Sweep& sweep, Index first, Index last) {
-    const auto is_beyond = [&](Index edge) {
-      return first <= last ? edge < first || edge > last : edge < first && edge > last;
+  // Of the edges but those that touch the triangle one that is not clear.
+  template <std::size_t kCount, class IsClear>
+  Index edge_beyond(Index k, const std::array<Index, kCount>& touching, const IsClear& is_clear) {
+    const auto blocks = [&](Index edge) {
+      return std::find(touching.begin(), touching.end(), edge) == touching.end() && !is_clear(edge);
     };
-    const auto blocks = [&](Index edge) { return is_beyond(edge) && !is_clear(k, sweep, edge); };
     const Index hint = nodes_[k].witness;
     if (hint != kNone && nodes_[hint].is_left && blocks(hint)) return hint;
     Box box = box_of(nodes_[k].before, nodes_[k].after);
-    include(box, rounded_[k]);
+    include(box, cells_[k]);
     found_.clear();
-    if (first <= last) {
-      tree_.find_beyond(box, first, last, found_);
-    } else {
-      tree_.find(box, last + 1, first, found_);
-    }
+    tree_.find(box, 0, tree_.size(), found_);
     for (const std::int32_t edge : found_) {
       if (blocks(static_cast<Index>(edge))) return static_cast<Index>(edge);
     }
@@ -252,9 +280,9 @@ class Elimination {
       ++nodes_[corner].version;
       nodes_[corner].witness = kNone;
       nodes_[corner].waits = false;
-      if (corner != k && !is_end(corner)) queue_.set_beside_winner(corner, length2(corner));
     }
-    queue_.drop_winner();
+    queue_.set(std::array{before, after, k},
+               std::array{key_of(before), key_of(after), queue_.kOut});
     release(before, before);
     release(k, before);
   }
@@ -274,30 +302,28 @@ class Elimination {
       if (waiting_[w].version != node.version || !node.is_left) continue;
       node.witness = edge;
       node.waits = false;
-      queue_.set(waiting_[w].point, length2(waiting_[w].point));
+      queue_.set(waiting_[w].point, key_of(waiting_[w].point));
     }
   }
 
   const bool closed_;
-  std::size_t left_ = 0;
+  std::size_t left_;
   std::size_t number_at_ = 0;  // points left when they are numbered anew
   std::vector<Point> points_;
   std::vector<Index> index_;  // of the given points
   std::vector<Node> nodes_;
-  std::vector<std::array<float, 3>> rounded_;  // relative to the first point
-  Tree tree_;                                  // of the edges' boxes
-  Tournament<Earlier> queue_;                  // of points by the length of the edge they leave
-  std::vector<Waiting> waiting_;               // lists linked by `next`
+  std::vector<Cell> cells_;
+  Tree tree_;                     // of the edges' boxes
+  Tournament<Earlier> queue_;     // of points by the length of the edge they leave
+  std::vector<Waiting> waiting_;  // lists linked by `next`
   std::vector<std::int32_t> found_;
-  std::vector<Box> boxes_;  // these two only to number the points
-  std::vector<double> keys_;
 };
 
 }  // namespace
 
-std::vector<std::uint32_t> eliminate_shortest_first(const std::vector<Point>& points, bool closed) {
+std::vector<std::uint32_t> eliminate_shortest_first(std::vector<Point> points, bool closed) {
   if (points.empty()) return {};
-  return Elimination(points, closed).run();
+  return Elimination(std::move(points), closed).run();
 }
 
 }  // namespace korvex

@@ -17,6 +17,6 @@ namespace korvex {
 // that repeat a neighbour or lie between their neighbours always can. An open chain keeps its ends,
 // and of distinct points at least 2 are left, of closed ones 3. Coordinates must be finite and at
 // most 1 in magnitude. About O(n log n) for chains of short edges, O(n^3) at worst.
-std::vector<std::uint32_t> eliminate_shortest_first(const std::vector<Point>& points, bool closed);
+std::vector<std::uint32_t> eliminate_shortest_first(std::vector<Point> points, bool closed);
 
 }  // namespace korvex

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <utility>
 #include <vector>
 
 #include "geometry/shortest_elimination.hpp"
@@ -30,7 +31,7 @@ int ChainReduce(std::vector<ChainAtom>& chain, bool closed) {
     points.reserve(chain.size());
     for (const ChainAtom& atom : chain) points.push_back(scale * preprocess::position(atom));
     std::size_t left = 0;
-    for (const std::uint32_t k : korvex::eliminate_shortest_first(points, closed))
+    for (const std::uint32_t k : korvex::eliminate_shortest_first(std::move(points), closed))
       chain[left++] = chain[k];
     chain.resize(left);
   }

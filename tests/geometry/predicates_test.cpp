@@ -251,6 +251,49 @@ TEST(TrianglePlane, IsNotClearlyLeftByWhatLiesInIt) {
   EXPECT_FALSE(korvex::TrianglePlane(flat).clearly_off(flat.after, {0, 0.5, 0.25}));
 }
 
+TEST(TrianglePlane, HasClearlyBesideItOnlyWhatIsCertainlyApart) {
+  support::Random random(18);
+  int beside = 0, apart = 0, clear = 0;
+  for (int trial = 0; trial < 60000; ++trial) {
+    const double size = trial % 7 == 0 ? 1e-150 : 1;
+    const Triangle t{random_place(random, size), random_place(random, size),
+                     random_place(random, size)};
+    const double height = std::ldexp(size, -(trial % 60));
+    const auto near_plane = [&] {
+      return t.tip + random.uniform() * (t.before - t.tip) + random.uniform() * (t.after - t.tip) +
+             height * random_place(random, 1);
+    };
+    const korvex::Point from = near_plane(), to = near_plane();
+    const korvex::TrianglePlane plane(t);
+    const bool is_apart = certainly_apart(t, from, to);
+    if (plane.clearly_beside(from, to)) {
+      ASSERT_TRUE(is_apart) << trial;
+      ++beside;
+    }
+    if (is_apart) ++apart;
+    if (plane.is_clear()) {
+      ASSERT_EQ(bend_at(t), Bend::kProper) << trial;
+      ++clear;
+    }
+  }
+  EXPECT_GT(beside, 15000);
+  EXPECT_LT(beside, apart);
+  EXPECT_GT(clear, 30000);
+}
+
+TEST(TrianglePlane, HasNotBesideItWhatReachesIt) {
+  const Triangle t{{0.5, 0, 0}, {0, 0, 0}, {0, 0.5, 0}};
+  const korvex::TrianglePlane plane(t);
+  EXPECT_TRUE(plane.is_clear());
+  EXPECT_TRUE(plane.clearly_beside({0.1, 0.1, 0.1}, {0.2, 0.1, 0.3}));
+  EXPECT_TRUE(plane.clearly_beside({0.1, 0.1, -0.1}, {0.2, 0.1, -0.3}));
+  EXPECT_FALSE(plane.clearly_beside({0.1, 0.1, 0.1}, {0.2, 0.1, -0.3}));
+  EXPECT_FALSE(plane.clearly_beside({0.1, 0.1, 0.1}, {0.2, 0.1, 0}));
+  const Triangle flat{{0.5, 0.5, 0.5}, {0, 0, 0}, {0.25, 0.25, 0.25}};
+  EXPECT_FALSE(korvex::TrianglePlane(flat).is_clear());
+  EXPECT_FALSE(korvex::TrianglePlane(flat).clearly_beside({0, 0.5, 0.25}, {0, 0.5, 0.5}));
+}
+
 struct InPlane {
   double x;
   double y;
