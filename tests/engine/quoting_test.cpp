@@ -5,6 +5,7 @@
 #include <set>
 #include <sstream>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -32,13 +33,20 @@ TEST(QuotedForTerminal, LeavesNoByteThatATerminalWouldObey) {
   EXPECT_EQ(quoted_for_terminal("\xED\xA0\x80"), "\\xed\\xa0\\x80");  // half a surrogate pair
   EXPECT_EQ(quoted_for_terminal("\xF4\x90\x80\x80"), "\\xf4\\x90\\x80\\x80");
   EXPECT_EQ(quoted_for_terminal("\xE2\x80"), "\\xe2\\x80");  // cut short
+  EXPECT_EQ(quoted_for_terminal(std::string_view("\xE2\x80\xA2").substr(0, 2)), "\\xe2\\x80");
+  EXPECT_EQ(quoted_for_terminal("\xE0\x81\x81"), "\\xe0\\x81\\x81");           // an overlong letter
+  EXPECT_EQ(quoted_for_terminal("\xF9\x80\x80\x80"), "\\xf9\\x80\\x80\\x80");  // no lead byte
 }
 
-TEST(QuotedForTerminal, TwiceIsAsOnce) {
-  std::string all;
-  for (int byte = 0; byte < 256; ++byte) all += static_cast<char>(byte);
-  const std::string once = quoted_for_terminal(all);
-  EXPECT_EQ(quoted_for_terminal(once), once);
+TEST(QuotedForTerminal, TakesOutTheEndsOfEachRangeAndKeepsTheirNeighbours) {
+  for (const char* harmful :
+       {"\x1f", "\x7f", "\xC2\x80", "\xC2\x9f", "\xD8\x9C", "\xE2\x80\x8E", "\xE2\x80\x8F",
+        "\xE2\x80\xA8", "\xE2\x80\xAE", "\xE2\x81\xA6", "\xE2\x81\xA9"})
+    EXPECT_EQ(quoted_for_terminal(harmful).find("\\x"), 0u) << quoted_for_terminal(harmful);
+  for (const char* harmless :
+       {" ", "~", "\xC2\xA0", "\xD8\x9B", "\xD8\x9D", "\xE2\x80\x8D", "\xE2\x80\x90",
+        "\xE2\x80\xA7", "\xE2\x80\xAF", "\xE2\x81\xA5", "\xE2\x81\xAA"})
+    EXPECT_EQ(quoted_for_terminal(harmless), harmless);
 }
 
 TEST(QuotedForTsv, LeavesNoFormula) {
@@ -137,7 +145,14 @@ TEST(Scripts, RefuseNamesThatCouldBeCommands) {
       hostile_chain("A", "a\nquit\n.pdb"),
       hostile_chain("A", "a\\.pdb"),
       hostile_chain("A", "$HOME.pdb"),
+      hostile_chain("A", "a`.pdb"),
       hostile_chain("A", "a(.pdb"),
+      hostile_chain("A", "a).pdb"),
+      hostile_chain("A", "a[.pdb"),
+      hostile_chain("A", "a].pdb"),
+      hostile_chain("A", "a{.pdb"),
+      hostile_chain("A", "a}.pdb"),
+      hostile_chain("A", "~a.pdb"),
       hostile_chain("A", "script.py"),
       hostile_chain("A", "script.pml"),
       hostile_chain("A", ".pdb"),
@@ -158,6 +173,29 @@ TEST(Scripts, TakeCommandsOutOfComments) {
     EXPECT_EQ(script.substr(0, script.find('\n')), "# a? quit.pdb chain A");
     EXPECT_NE(script.find(" \"a; quit.pdb\""), std::string::npos);
   }
+}
+
+TEST(Scripts, TakeFilesOfMoleculesWhateverTheCaseOfTheirEnding) {
+  for (const ReportFormat format : {ReportFormat::kPymol, ReportFormat::kChimerax})
+    for (const char* source : {"a.PDB", "a.cif.gz", "a.Gro", "a.xyz", "a.ent", "a.mmcif"})
+      EXPECT_NE(written(hostile_chain("A", source), format).find(std::string(" \"") + source + '"'),
+                std::string::npos);
+}
+
+TEST(PymolScripts, NameSelectionsInLettersDigitsAndUnderscores) {
+  const auto selection = [](const Chain& chain, const char* type) {
+    Location location = located();
+    location.knots.front().type = type;
+    std::ostringstream out;
+    LocationReport(ReportFormat::kPymol, out).add(chain, location);
+    const std::string text = out.str();
+    const std::size_t begin = text.find("select ") + 7;
+    return text.substr(begin, text.find(',', begin) - begin);
+  };
+  EXPECT_EQ(selection(hostile_chain("A", "a.pdb"), "+3_1#-5_2"), "core_a_A_p3_1_m5_2");
+  EXPECT_EQ(selection(hostile_chain("A-1", "/x y.pdb"), "4_1"), "core_x_y_A_1_4_1");
+  EXPECT_EQ(selection(hostile_chain("A_", "___.pdb"), "4_1"), "core_molecule_A__4_1");
+  EXPECT_EQ(selection(hostile_chain("", "a.pdb"), "4_1"), "core_a_4_1");
 }
 
 TEST(PymolScripts, PutABackslashBeforeNegativeNumbers) {
