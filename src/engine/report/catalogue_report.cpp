@@ -12,19 +12,6 @@ constexpr Report::Frame kTable{
     {},
     {}};
 
-const Report::Frame& frame_for(ReportFormat format) {
-  switch (format) {
-    case ReportFormat::kText:
-      return kBare;
-    case ReportFormat::kTsv:
-      return kTable;
-    case ReportFormat::kJson:
-      return kJsonArray;
-    default:
-      refuse_format(format, "the catalogue", catalogue_formats());
-  }
-}
-
 std::string alexander_text(const KnotType& type) {
   std::string text;
   for (const std::int64_t coefficient : type.alexander)
@@ -67,7 +54,7 @@ Json json_of(const KnotType& type) {
 }  // namespace
 
 CatalogueReport::CatalogueReport(ReportFormat format, std::ostream& out)
-    : Report(format, frame_for(format), out) {}
+    : Report(format, frame_for(format, "the catalogue", catalogue_formats(), kTable), out) {}
 
 void CatalogueReport::add(const KnotType& type) {
   switch (format()) {

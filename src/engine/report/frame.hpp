@@ -27,6 +27,12 @@ inline constexpr Report::Frame kJsonArray{"[\n  ", ",\n  ", "\n]\n", "[]\n", tru
 [[noreturn]] void refuse_format(ReportFormat format, std::string_view what,
                                 std::span<const ReportFormat> known);
 
+// What stands around answers of one kind in `format`: nothing in texts and scripts. Throws as
+// refuse_format() does where `known` has no such format.
+const Report::Frame& frame_for(ReportFormat format, std::string_view what,
+                               std::span<const ReportFormat> known, const Report::Frame& table,
+                               const Report::Frame& array = kJsonArray);
+
 // As part of kJsonArray. Bytes that are no UTF-8 become U+FFFD.
 std::string in_array(const nlohmann::ordered_json& object);
 

@@ -19,21 +19,6 @@ constexpr Report::Frame kTable{
 
 constexpr Report::Frame kArray{"[", ", ", "]\n", "[]\n", true};
 
-const Report::Frame& frame_for(ReportFormat format) {
-  switch (format) {
-    case ReportFormat::kText:
-    case ReportFormat::kPymol:
-    case ReportFormat::kChimerax:
-      return kBare;
-    case ReportFormat::kTsv:
-      return kTable;
-    case ReportFormat::kJson:
-      return kArray;
-    default:
-      refuse_format(format, "a location", location_formats());
-  }
-}
-
 std::string label_of(const Chain& chain, std::int32_t residue) {
   return residue_label(chain.residues, static_cast<std::size_t>(residue));
 }
@@ -186,7 +171,8 @@ Json json_of(const Chain& chain, const Location& location) {
 }  // namespace
 
 LocationReport::LocationReport(ReportFormat format, std::ostream& out)
-    : Report(format, frame_for(format), out), names_(std::make_unique<ScriptNames>()) {}
+    : Report(format, frame_for(format, "a location", location_formats(), kTable, kArray), out),
+      names_(std::make_unique<ScriptNames>()) {}
 
 LocationReport::~LocationReport() = default;
 

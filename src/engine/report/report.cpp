@@ -1,5 +1,6 @@
 #include "korvex/report.hpp"
 
+#include <algorithm>
 #include <array>
 #include <ostream>
 
@@ -74,6 +75,15 @@ void refuse_format(ReportFormat format, std::string_view what,
   throw Error(ErrorCode::kInvalidArgument, std::string(what) + " cannot be written as '" +
                                                std::string(name_of(format)) + "': choose one of " +
                                                names);
+}
+
+const Report::Frame& frame_for(ReportFormat format, std::string_view what,
+                               std::span<const ReportFormat> known, const Report::Frame& table,
+                               const Report::Frame& array) {
+  if (std::find(known.begin(), known.end(), format) == known.end())
+    refuse_format(format, what, known);
+  if (format == kTsv) return table;
+  return format == kJson ? array : kBare;
 }
 
 std::string in_array(const nlohmann::ordered_json& object) {

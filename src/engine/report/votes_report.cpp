@@ -4,6 +4,7 @@
 #include "engine/report/doubts.hpp"
 #include "engine/report/frame.hpp"
 #include "engine/report/number_text.hpp"
+#include "korvex/knot_name.hpp"
 #include "korvex/quoting.hpp"
 
 namespace korvex {
@@ -17,19 +18,6 @@ constexpr Report::Frame kTable{
     {},
     {},
     {}};
-
-const Report::Frame& frame_for(ReportFormat format) {
-  switch (format) {
-    case ReportFormat::kText:
-      return kBare;
-    case ReportFormat::kTsv:
-      return kTable;
-    case ReportFormat::kJson:
-      return kJsonArray;
-    default:
-      refuse_format(format, "votes", vote_formats());
-  }
-}
 
 std::string counted(std::size_t count, const char* thing) {
   return std::to_string(count) + ' ' + thing + (count == 1 ? "" : "s");
@@ -59,6 +47,12 @@ std::string ring_text(const RingReport& ring) {
          std::to_string(projected.writhe) + "; simplified " + size(ring.simplified_size());
 }
 
+// Whether a knot, or a summand of it, has no name.
+bool is_unknown(const std::string& type) {
+  const auto name = KnotName::parse(type);
+  return !name || !name->is_known();
+}
+
 std::string text(const Chain& chain, const Votes& votes) {
   std::string line = title_of(chain) + ": ";
   const int decimals = decimals_for(votes.trials);
@@ -73,8 +67,7 @@ std::string text(const Chain& chain, const Votes& votes) {
   }
   line += " (" + counted(chain.points.size(), "residue") + ", " + counted(votes.trials, "closure") +
           doubt_text(chain);
-  if (votes.ring && votes.dominant().type.find('?') != std::string::npos)
-    line += ring_text(*votes.ring);
+  if (votes.ring && is_unknown(votes.dominant().type)) line += ring_text(*votes.ring);
   return line + ")\n";
 }
 
@@ -181,7 +174,7 @@ Json json_of(const Chain& chain, Closure closure, const Votes& votes) {
 }  // namespace
 
 VotesReport::VotesReport(ReportFormat format, std::ostream& out)
-    : Report(format, frame_for(format), out) {}
+    : Report(format, frame_for(format, "votes", vote_formats(), kTable), out) {}
 
 void VotesReport::add(const Chain& chain, Closure closure, const Votes& votes) {
   switch (format()) {
