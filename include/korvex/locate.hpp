@@ -13,6 +13,7 @@
 
 #include "korvex/export.hpp"
 #include "korvex/fingerprint.hpp"
+#include "korvex/run.hpp"
 
 namespace korvex {
 
@@ -87,7 +88,9 @@ struct LocateOptions {
 
 // Reads cores, tails, domains, slipknots and factors off a fingerprint. O(types n^2) for n
 // stations, times the places of a type; positions are exact to the fingerprint's step. Throws
-// Error(kInvalidArgument) for a threshold out of range.
-KORVEX_API Location locate(const Fingerprint& fingerprint, const LocateOptions& options = {});
+// Error(kInvalidArgument) for a threshold out of range. Of `run` it asks only whether to stop:
+// Error(kCancelled).
+KORVEX_API Location locate(const Fingerprint& fingerprint, const LocateOptions& options = {},
+                           const Run& run = {});
 
 }  // namespace korvex

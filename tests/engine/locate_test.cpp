@@ -10,6 +10,7 @@
 #include <map>
 #include <nlohmann/json.hpp>
 #include <sstream>
+#include <stop_token>
 
 #include "engine/fingerprint/fingerprint_data.hpp"
 #include "korvex/error.hpp"
@@ -109,6 +110,20 @@ TEST(Locate, DoesNotTakeADipForASlipknot) {
   ASSERT_TRUE(slipknot.undone_after);
   EXPECT_EQ(slipknot.undone_after->residue, 17);
   EXPECT_EQ(slipknot.dips_after, dip.dips_after);
+}
+
+TEST(Locate, StopsWhenAsked) {
+  const Fingerprint fingerprint = made({"0_1", "4_1"}, {{1, {0, 3}, {10, 14}, 9}});
+  std::stop_source source;
+  const korvex::Run run{.stop = source.get_token()};
+  EXPECT_EQ(locate(fingerprint, {}, run).knots.size(), 1u);
+  source.request_stop();
+  try {
+    locate(fingerprint, {}, run);
+    ADD_FAILURE() << "went on";
+  } catch (const Error& error) {
+    EXPECT_EQ(error.code(), ErrorCode::kCancelled);
+  }
 }
 
 TEST(Locate, SeesADipBeforeTheCore) {

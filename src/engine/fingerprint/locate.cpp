@@ -3,28 +3,37 @@
 #include <algorithm>
 #include <limits>
 
+#include "engine/run/parallel.hpp"
 #include "korvex/error.hpp"
 #include "korvex/knot_name.hpp"
 
 namespace korvex {
 namespace {
 
-// Of each type; of those whose names do not tell, as many as could be.
-std::vector<std::int64_t> crossings_of(const std::vector<std::string>& types) {
-  std::vector<std::int64_t> crossings;
-  for (const std::string& type : types) {
-    const auto name = KnotName::parse(type);
-    const auto told = name ? name->crossings() : std::nullopt;
-    crossings.push_back(told.value_or(std::numeric_limits<std::int64_t>::max()));
-  }
-  return crossings;
-}
-
 std::vector<std::string> factors_of(const std::string& type) {
   std::vector<std::string> factors;
   if (const auto name = KnotName::parse(type))
     for (const KnotName& factor : name->factors()) factors.push_back(factor.text());
   return factors;
+}
+
+// What the name of a type tells.
+struct Told {
+  // Those of a diagram; of a name that does not tell, as many as could be.
+  std::int64_t crossings = std::numeric_limits<std::int64_t>::max();
+  // In order; none where the name leaves open which they are.
+  std::optional<std::vector<KnotName>> factors = std::nullopt;
+};
+
+std::vector<Told> told_by(const std::vector<std::string>& types) {
+  std::vector<Told> told(types.size());
+  for (std::size_t type = 0; type < types.size(); ++type) {
+    const auto name = KnotName::parse(types[type]);
+    if (!name) continue;
+    told[type].crossings = name->crossings().value_or(told[type].crossings);
+    if (name->is_known() && !name->is_choice()) told[type].factors = name->factors();
+  }
+  return told;
 }
 
 // A sub-chain by its stations.
@@ -35,12 +44,13 @@ struct Cell {
 
 class Search {
  public:
-  Search(const Fingerprint& fingerprint, double threshold)
+  Search(const Fingerprint& fingerprint, double threshold, const Run& run)
       : fingerprint_(fingerprint),
         stations_(fingerprint.stations()),
         last_(stations_.size() - 1),
         threshold_(threshold),
-        crossings_(crossings_of(fingerprint.types())) {}
+        told_(told_by(fingerprint.types())),
+        run_(run) {}
 
   // All places of a type, those with the shortest cores first.
   std::vector<KnotPlace> places_of(std::size_t type) const {
@@ -72,6 +82,7 @@ class Search {
     std::vector<Cell> minimal;
     std::size_t first_end = last_ + 1;  // of all that begin further on
     for (std::size_t begin = last_; begin-- > 0;) {
+      throw_if_cancelled(run_);
       for (std::size_t end = begin + 1; end < first_end; ++end) {
         if (!reached(type, {begin, end})) continue;
         minimal.push_back({begin, end});
@@ -139,6 +150,7 @@ class Search {
       return std::min(a.last, b.last) - std::max(a.first, b.first);
     };
     for (std::size_t begin = 0; begin < last_; ++begin) {
+      throw_if_cancelled(run_);
       for (std::size_t end = begin + 1; end <= last_; ++end) {
         if (!reached(type, {begin, end})) continue;
         const Stretch own = stretch({begin, end});
@@ -155,24 +167,18 @@ class Search {
   bool less_knotted(const Cell& cell, std::size_t type) const {
     if (fingerprint_.share(type, cell.begin, cell.end) >= threshold_ / 2) return false;
     const std::size_t other = fingerprint_.dominant(cell.begin, cell.end).type;
-    return crossings_[other] < crossings_[type];
+    return told_[other].crossings < told_[type].crossings;
   }
 
   // Whether a sub-chain has the knot, by itself or as a factor, or may have it: the name of its
   // dominant type tells no factors.
   bool has_knot(const Cell& cell, std::size_t type) const {
     if (reached(type, cell)) return true;
-    const std::string dominant = name_of_dominant(cell);
-    if (dominant.find_first_of("?|") != std::string::npos) return true;
-    const std::vector<std::string> factors = sorted_factors(dominant);
-    const std::vector<std::string> wanted = sorted_factors(fingerprint_.types()[type]);
-    return std::includes(factors.begin(), factors.end(), wanted.begin(), wanted.end());
-  }
-
-  static std::vector<std::string> sorted_factors(const std::string& type) {
-    std::vector<std::string> factors = factors_of(type);
-    std::sort(factors.begin(), factors.end());
-    return factors;
+    const auto& factors = told_[fingerprint_.dominant(cell.begin, cell.end).type].factors;
+    if (!factors) return true;
+    const auto& wanted = told_[type].factors;
+    return wanted &&
+           std::includes(factors->begin(), factors->end(), wanted->begin(), wanted->end());
   }
 
   // Steps of a core's growth from one at which its knot is gone to one at which it is back.
@@ -215,12 +221,13 @@ class Search {
   const std::vector<std::int32_t>& stations_;
   const std::size_t last_;
   const double threshold_;
-  const std::vector<std::int64_t> crossings_;  // by type
+  const std::vector<Told> told_;  // by type
+  const Run& run_;
 };
 
 }  // namespace
 
-Location locate(const Fingerprint& fingerprint, const LocateOptions& options) {
+Location locate(const Fingerprint& fingerprint, const LocateOptions& options, const Run& run) {
   if (!(options.threshold > 0 && options.threshold <= 1))
     throw Error(ErrorCode::kInvalidArgument,
                 "the threshold of a knot core must be a share above 0 and at most 1");
@@ -231,7 +238,7 @@ Location locate(const Fingerprint& fingerprint, const LocateOptions& options) {
   location.type = fingerprint.types()[dominant.type];
   location.share = dominant.share;
   location.factors = factors_of(location.type);
-  const Search search(fingerprint, options.threshold);
+  const Search search(fingerprint, options.threshold, run);
   for (std::size_t type = 1; type < fingerprint.types().size(); ++type)
     for (KnotPlace& place : search.places_of(type)) location.knots.push_back(std::move(place));
   std::stable_sort(
