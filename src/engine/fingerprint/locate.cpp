@@ -42,9 +42,9 @@ struct Cell {
   std::size_t end;
 };
 
-class Search {
+class PlaceSearch {
  public:
-  Search(const Fingerprint& fingerprint, double threshold, const Run& run)
+  PlaceSearch(const Fingerprint& fingerprint, double threshold, const Run& run)
       : fingerprint_(fingerprint),
         stations_(fingerprint.stations()),
         last_(stations_.size() - 1),
@@ -238,7 +238,7 @@ Location locate(const Fingerprint& fingerprint, const LocateOptions& options, co
   location.type = fingerprint.types()[dominant.type];
   location.share = dominant.share;
   location.factors = factors_of(location.type);
-  const Search search(fingerprint, options.threshold, run);
+  const PlaceSearch search(fingerprint, options.threshold, run);
   for (std::size_t type = 1; type < fingerprint.types().size(); ++type)
     for (KnotPlace& place : search.places_of(type)) location.knots.push_back(std::move(place));
   std::stable_sort(
