@@ -8,6 +8,8 @@
 #include <utility>
 
 #include "engine/closures/closure_mapping.hpp"
+#include "engine/closures/whole_chain.hpp"
+#include "engine/fingerprint/exact_cell.hpp"
 #include "engine/fingerprint/shared_types.hpp"
 #include "engine/fingerprint/stations.hpp"
 #include "engine/projection/projection.hpp"
@@ -21,7 +23,7 @@ class ExactFingerprint {
  public:
   ExactFingerprint(const Identification& identify, std::span<const Point> chain,
                    const FingerprintOptions& options, const Run& run)
-      : identify_(identify), chain_(chain), options_(options), run_(run) {
+      : identify_(identify), chain_(chain), options_(options), run_(run), quiet_(quiet(run)) {
     if (options.closure != Closure::kRays)
       throw Error(ErrorCode::kInvalidArgument,
                   "exact shares are those of closing by rays: choose it, or votes");
@@ -31,29 +33,74 @@ class ExactFingerprint {
     doubts_.assign(shares_.cells().size(), 0);
   }
 
-  Fingerprint compute() {
-    const Run quiet = quiet_run();
+  Fingerprint one_by_one() {
     for_each_piece(run_, stations_.size(), [&](std::size_t piece, unsigned) {
       const std::size_t end = stations_.size() - 1 - piece;  // the longest columns first
-      for (std::size_t begin = 0; begin < end; ++begin) map_cell(begin, end, quiet);
+      for (std::size_t begin = 0; begin < end; ++begin) map_alone(begin, end);
     });
+    return collected();
+  }
+
+  // Diagonal by diagonal: the sub-chains of one length in stations take over what those with one
+  // station less have found.
+  Fingerprint by_length() {
+    const std::vector<Point> whole = whole_chain(chain_);
+    if (whole.size() != chain_.size()) return one_by_one();  // points repeat
+    std::vector<Point> scaled;
+    for (const Point& p : whole) scaled.push_back(kGridStep * p);
+    std::vector<CellMapper> mappers;
+    for (unsigned k = 0; k < worker_count(run_, stations_.size()); ++k)
+      mappers.emplace_back(identify_, whole, scaled, types_, quiet_);
+    std::vector<TypedCell> shorter(stations_.size());
+    for (std::size_t length = 1; length < stations_.size(); ++length) {
+      std::vector<TypedCell> cells(stations_.size() - length);
+      const std::size_t pieces = (cells.size() + kCellsOfAPiece - 1) / kCellsOfAPiece;
+      for_each_piece(part_of(run_, part_done(length), part_done(length + 1)), pieces,
+                     [&](std::size_t piece, unsigned worker) {
+                       const std::size_t begin = piece * kCellsOfAPiece;
+                       const std::size_t end = std::min(begin + kCellsOfAPiece, cells.size());
+                       for (std::size_t k = begin; k < end; ++k)
+                         map_next_to(shorter[k], shorter[k + 1], k, k + length, mappers[worker],
+                                     cells[k]);
+                     });
+      shorter = std::move(cells);
+    }
     return collected();
   }
 
  private:
   // Of one piece of work on one thread.
-  Run quiet_run() const {
-    Run quiet = run_;
-    quiet.threads = 1;
-    quiet.progress = nullptr;
-    return quiet;
+  static Run quiet(Run run) {
+    run.threads = 1;
+    run.progress = nullptr;
+    return run;
   }
 
-  void map_cell(std::size_t begin, std::size_t end, const Run& run) {
+  // The part of the work that sub-chains of fewer stations make: the cost of each is about its
+  // length.
+  double part_done(std::size_t length) const {
+    const auto done = static_cast<double>(length - 1);
+    const auto all = static_cast<double>(stations_.size() - 1);
+    return std::min(1.0, done * done * (3 * all - 2 * done) / (all * all * all));
+  }
+
+  void map_next_to(const TypedCell& without_last, const TypedCell& without_first, std::size_t begin,
+                   std::size_t end, CellMapper& mapper, TypedCell& cell) {
+    cell.first = static_cast<std::size_t>(stations_[begin]);
+    cell.last = static_cast<std::size_t>(stations_[end]);
+    std::vector<ShareOfType> shares;
+    if (mapper.map(without_last, without_first, cell, shares)) {
+      keep(shares, begin, end);
+    } else {
+      map_alone(begin, end);
+    }
+  }
+
+  void map_alone(std::size_t begin, std::size_t end) {
     const auto from = static_cast<std::size_t>(stations_[begin]);
     const auto to = static_cast<std::size_t>(stations_[end]);
     const auto map = closure_map_with(identify_, chain_.subspan(from, to - from + 1),
-                                      {.most_regions = kMostRegions, .boundaries = false}, run);
+                                      {.most_regions = kMostRegions, .boundaries = false}, quiet_);
     if (!map)
       throw Error(ErrorCode::kInvalidArgument, "the closures of a sub-chain fall into more than " +
                                                    std::to_string(kMostRegions) +
@@ -108,11 +155,14 @@ class ExactFingerprint {
   }
 
   static constexpr std::size_t kMostRegions = 100'000;
+  static constexpr std::size_t kCellsOfAPiece = 4;
+  static constexpr double kGridStep = 0x1p-49;  // leaves coordinates of whole chains below 2
 
   const Identification& identify_;
   const std::span<const Point> chain_;
   const FingerprintOptions options_;
   const Run& run_;
+  const Run quiet_;
   std::vector<std::int32_t> stations_;
   SharedTypes types_;
   TypeShares shares_;
@@ -124,8 +174,9 @@ class ExactFingerprint {
 
 Fingerprint exact_fingerprint(const Identification& identify, std::span<const Point> chain,
                               const FingerprintOptions& options, const Run& run,
-                              SubChains /*sub_chains*/) {
-  return ExactFingerprint(identify, chain, options, run).compute();
+                              SubChains sub_chains) {
+  ExactFingerprint exact(identify, chain, options, run);
+  return sub_chains == SubChains::kOneByOne ? exact.one_by_one() : exact.by_length();
 }
 
 }  // namespace korvex

@@ -63,6 +63,13 @@ class Arrangement {
   const Point& begin_of_piece(std::size_t piece) const { return stops_[piece].at; }
   const Point& end_of_piece(std::size_t piece) const { return stops_[piece + 1].at; }
   const Arc& arc_of(std::size_t piece) const { return arcs_[at(stops_[piece].arc)]; }
+  // Arcs and pieces of the first path (0) or the second (1) are numbered one after another along
+  // it.
+  std::size_t first_arc(std::size_t path) const { return paths_[path].begin; }
+  std::size_t arcs(std::size_t path) const { return paths_[path].end - paths_[path].begin; }
+  std::size_t first_piece(std::size_t path) const { return paths_[path].first_stop; }
+  std::size_t end_of_pieces(std::size_t path) const { return paths_[path].last_stop; }
+  std::size_t arc_number(std::size_t piece) const { return at(stops_[piece].arc); }
   double weight_of(std::size_t piece) const { return weights_[at(stops_[piece].arc)]; }
   std::size_t face_of(std::int32_t side) const {
     return static_cast<std::size_t>(face_of_side_[at(side)]);

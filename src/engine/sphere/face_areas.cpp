@@ -9,19 +9,11 @@ namespace {
 
 constexpr double kSphere = 4 * std::numbers::pi;
 
-// The area of the triangle from `apex` to the sides of an arc, positive where the arc runs
-// counter-clockwise about the apex, in -2 pi .. 2 pi.
-double triangle(const Point& apex, const Point& a, const Point& b) {
-  const double volume = dot(apex, cross(a - apex, b - apex));
-  return 2 * std::atan2(volume, 1 + dot(apex, a) + dot(a, b) + dot(b, apex));
-}
-
-// The area of a face, less that of the sphere where the point opposite to the apex lies in it
-// (G. G. Stokes's theorem for the form that the triangles integrate, singular in that point).
+// The area of a face, less that of the sphere where the point opposite to the apex lies in it.
 double fan(const Arrangement& arrangement, std::size_t face, const Point& apex) {
   double area = 0;
   for (const std::int32_t side : arrangement.sides(face))
-    area += triangle(apex, arrangement.begin_of(side), arrangement.end_of(side));
+    area += signed_triangle(apex, arrangement.begin_of(side), arrangement.end_of(side));
   return area;
 }
 
@@ -38,6 +30,11 @@ bool keeps_away(const Arrangement& arrangement, std::size_t face, const Point& a
 }
 
 }  // namespace
+
+double signed_triangle(const Point& apex, const Point& a, const Point& b) {
+  const double volume = dot(apex, cross(a - apex, b - apex));
+  return 2 * std::atan2(volume, 1 + dot(apex, a) + dot(a, b) + dot(b, apex));
+}
 
 std::vector<double> face_areas(const Arrangement& arrangement,
                                std::span<const std::optional<InnerPoint>> inner) {
