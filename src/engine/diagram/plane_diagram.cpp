@@ -46,20 +46,26 @@ void PlaneDiagram::draw(const GaussCode& code, Curve curve) {
 }
 
 void PlaneDiagram::enter(std::int32_t face, std::int32_t dart, std::vector<std::int32_t>& queue) {
-  if (entered_[at(face)] != kUnseen) return;
-  entered_[at(face)] = dart;
+  if (entered(face)) return;
+  entered_[at(face)] = {search_, dart};
   queue.push_back(face);
 }
 
-std::optional<std::span<const PlaneDiagram::Step>> PlaneDiagram::way(std::size_t from,
-                                                                     std::size_t to,
-                                                                     std::size_t most,
-                                                                     std::optional<Strands> free) {
-  entered_.assign(face_count_, kUnseen);
+std::optional<std::span<const PlaneDiagram::Step>> PlaneDiagram::way(
+    std::size_t from, std::size_t to, std::size_t most, std::optional<Strands> free,
+    const std::optional<Bounds>& bounds) {
+  if (entered_.size() < face_count_) entered_.resize(face_count_);
+  if (++search_ == 0) {
+    std::fill(entered_.begin(), entered_.end(), Entry());
+    search_ = 1;
+  }
+  const auto may_cross = [&](std::int32_t dart) {
+    return !bounds || bounds->contain(at(dart) / 2);
+  };
   here_.clear();
   const std::int32_t goal = face_[2 * to];
   enter(face_[2 * from], kStart, here_);
-  for (std::size_t distance = 0; entered_[at(goal)] == kUnseen; ++distance) {
+  for (std::size_t distance = 0; !entered(goal); ++distance) {
     if (distance > most || here_.empty()) return std::nullopt;
     beyond_.clear();
     for (std::size_t head = 0; head < here_.size(); ++head) {
@@ -67,21 +73,24 @@ std::optional<std::span<const PlaneDiagram::Step>> PlaneDiagram::way(std::size_t
       if (!free) break;
       for (std::int32_t k = begin_[face]; k < begin_[face + 1]; ++k) {
         const std::int32_t dart = around_[at(k)];
-        if (free->contains(at(dart) / 2)) enter(face_[at(dart) ^ 1], dart, here_);
+        if (free->contains(at(dart) / 2) && may_cross(dart))
+          enter(face_[at(dart) ^ 1], dart, here_);
       }
     }
-    if (entered_[at(goal)] != kUnseen) break;
+    if (entered(goal)) break;
     for (const std::int32_t face : here_) {
       for (std::int32_t k = begin_[at(face)]; k < begin_[at(face) + 1]; ++k) {
         const std::int32_t dart = around_[at(k)];
-        enter(face_[at(dart) ^ 1], dart, beyond_);
+        if (may_cross(dart)) enter(face_[at(dart) ^ 1], dart, beyond_);
       }
     }
     std::swap(here_, beyond_);
   }
   steps_.clear();
-  for (std::int32_t face = goal; entered_[at(face)] != kStart;) {
-    const std::int32_t dart = entered_[at(face)];
+  balance_ = 0;
+  for (std::int32_t face = goal; entered_[at(face)].dart != kStart;) {
+    const std::int32_t dart = entered_[at(face)].dart;
+    balance_ += dart % 2 == 0 ? 1 : -1;
     if (!free || !free->contains(at(dart) / 2)) steps_.push_back({dart / 2, dart % 2 == 0});
     face = face_[at(dart)];
   }

@@ -42,25 +42,52 @@ class PlaneDiagram {
     }
   };
 
+  // Where a way may go that must not go everywhere.
+  struct Bounds {
+    Strands among;                   // it crosses these alone
+    std::optional<Strands> but_not;  // and none of these
+
+    bool contain(std::size_t strand) const {
+      return among.contains(strand) && !(but_not && but_not->contains(strand));
+    }
+  };
+
   // Fewest strands to cross from a face beside strand `from` to one beside strand `to`, in order;
-  // nothing when it takes more than `most`. The span is valid until the next call. O(length).
+  // nothing when it takes more than `most`. Of the strands, the free ones too, it crosses those
+  // within the bounds alone. The span is valid until the next call. O(length).
   std::optional<std::span<const Step>> way(std::size_t from, std::size_t to, std::size_t most,
-                                           std::optional<Strands> free = {});
+                                           std::optional<Strands> free = {},
+                                           const std::optional<Bounds>& bounds = {});
+
+  // Of the last way that was found, led from the left side of `from` to that of `to`: crossings
+  // from left to right less those from right to left, the free ones included.
+  std::int32_t balance() const { return balance_; }
 
  private:
   std::size_t following(std::size_t dart) const;
+  bool entered(std::int32_t face) const {
+    return entered_[static_cast<std::size_t>(face)].search == search_;
+  }
   void enter(std::int32_t face, std::int32_t dart, std::vector<std::int32_t>& queue);
+
+  // How a search came into a face.
+  struct Entry {
+    std::uint32_t search = 0;
+    std::int32_t dart = 0;  // that it crossed
+  };
 
   const GaussCode* code_ = nullptr;
   Course course_;
   std::size_t face_count_ = 0;
-  std::vector<std::int32_t> face_;     // left of each dart
-  std::vector<std::int32_t> around_;   // darts, face by face
-  std::vector<std::int32_t> begin_;    // where the darts of each face begin in around_
-  std::vector<std::int32_t> entered_;  // dart that a search entered each face across
-  std::vector<std::int32_t> here_;     // faces at the present distance
-  std::vector<std::int32_t> beyond_;   // faces one strand further
+  std::vector<std::int32_t> face_;    // left of each dart
+  std::vector<std::int32_t> around_;  // darts, face by face
+  std::vector<std::int32_t> begin_;   // where the darts of each face begin in around_
+  std::vector<Entry> entered_;        // by face
+  std::uint32_t search_ = 0;
+  std::vector<std::int32_t> here_;    // faces at the present distance
+  std::vector<std::int32_t> beyond_;  // faces one strand further
   std::vector<Step> steps_;
+  std::int32_t balance_ = 0;
 };
 
 }  // namespace korvex

@@ -4,7 +4,8 @@
 // unless something passes over that strand. So the triangle of sub-chains falls into rectangles of
 // equal type, and what is common to many sub-chains is simplified once: a rectangle is given by the
 // stations its ends range over, its core is the stretch that all its sub-chains hold, and a move
-// that needs the core alone is valid for all of them. Rectangles are halved until their sub-chains
+// that needs the core alone is valid for all of them: a pass move that frees the core of a tangle
+// frees hundreds of sub-chains of it at once. Rectangles are halved until their sub-chains
 // are equivalent.
 #pragma once
 
@@ -55,8 +56,9 @@ class SubChainClasses {
 
   void visit_triangle(std::size_t depth, const ChainCode& chain, Stations stations,
                       const ClassVisitor& visit);
+  // Pass moves are tried on a core of at least `worth_moving` passages.
   void visit_rectangle(std::size_t depth, const ChainCode& chain, const Rectangle& rectangle,
-                       const ClassVisitor& visit);
+                       std::size_t worth_moving, const ClassVisitor& visit);
   // The last of the stations, but for the very last, from which the segment is still ahead.
   std::int32_t station_before(Stations stations, std::int32_t segment) const;
   std::int32_t residue(std::int32_t station) const {

@@ -242,10 +242,16 @@ Fingerprint::Dominant Fingerprint::dominant(std::size_t begin, std::size_t end) 
     }
     return best;
   }
-  if (best.share == 1) return best;
-  for (std::size_t type = 1; type < types().size(); ++type)
-    if (const double share_of_it = share(type, begin, end); share_of_it > best.share)
-      best = {type, share_of_it};
+  // The types behind share what the ones before have left.
+  std::size_t most = count(0, begin, end);
+  std::size_t left = trials() - most;
+  for (std::size_t type = 1; left > most; ++type) {
+    const std::size_t votes = data_->counts.count(type, begin, end);
+    left -= votes;
+    if (votes <= most) continue;
+    most = votes;
+    best = {type, share(type, begin, end)};
+  }
   return best;
 }
 

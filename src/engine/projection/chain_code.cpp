@@ -39,4 +39,8 @@ void ChainCodeReduction::reduce(ChainCode& chain, SegmentRange core) {
   reduction_.reduce(chain.code, passages, &chain.segments);
 }
 
+void ChainCodeReduction::move_passes(ChainCode& chain, SegmentRange core, const Run& run) {
+  pass_moves_.simplify_core(chain.code, chain.segments, core.begin, core.end, reduction_, run);
+}
+
 }  // namespace korvex

@@ -7,7 +7,9 @@
 #include <vector>
 
 #include "engine/diagram/code_reduction.hpp"
+#include "engine/diagram/pass_moves.hpp"
 #include "korvex/gauss_code.hpp"
+#include "korvex/run.hpp"
 
 namespace korvex {
 
@@ -36,8 +38,13 @@ class ChainCodeReduction {
   // As CodeReduction::reduce, with the core given in segments.
   void reduce(ChainCode& chain, SegmentRange core);
 
+  // As PassMoves::simplify_core, of a code that has been reduced. Asks before each move whether to
+  // stop.
+  void move_passes(ChainCode& chain, SegmentRange core, const Run& run = {});
+
  private:
   CodeReduction reduction_;
+  PassMoves pass_moves_;
   std::vector<std::int32_t> moved_;  // new place of each passage
 };
 
