@@ -6,19 +6,11 @@
 
 #include "comparison.hpp"
 #include "korvex.h"
+#include "protein_chain.hpp"
 #include "reference/reference.hpp"
 #include "support/captured_stream.hpp"
-#include "support/data_file.hpp"
 
 namespace {
-
-std::vector<ChainAtom> read(const std::string& name) {
-  std::string path = support::data_file("proteins/") + name;
-  bool error = false;
-  std::vector<ChainAtom> chain = ChainRead(path.data(), error);
-  if (error) std::abort();
-  return chain;
-}
 
 struct Problem {
   std::vector<ChainAtom> chain;
@@ -48,7 +40,7 @@ bool same(const Problem& a, const Problem& b) { return a.answer == b.answer; }
 
 void add(const std::string& name) {
   const auto make = [=](std::uint64_t seed) {
-    return Problem{read(name + ".pdb"), static_cast<unsigned>(seed), ""};
+    return Problem{bench::protein_chain(name + ".pdb"), static_cast<unsigned>(seed), ""};
   };
   bench::add_comparison(
       "FindOneKnot/" + name, make, [](Problem& p) { vote(p, FindOneKnot); },

@@ -1,10 +1,15 @@
 #include <algorithm>
+#include <cstdlib>
+#include <iostream>
 #include <string>
 #include <vector>
 
 #include "comparison.hpp"
+#include "korvex.h"
 #include "preprocess.h"
+#include "protein_chain.hpp"
 #include "reference/preprocess.hpp"
+#include "support/captured_stream.hpp"
 #include "support/chains.hpp"
 
 namespace {
@@ -20,6 +25,48 @@ void add_reduction(const std::string& kind, int atoms, Make make) {
       [=](std::uint64_t seed) { return make(atoms, seed); },
       [](Chain& chain) { ChainReduce(chain, true); },
       [](Chain& chain) { reference::ChainReduce(chain, true); }, same_left);
+}
+
+Chain closed_protein(const std::string& name, std::uint64_t seed) {
+  constexpr double kFactor = 1.25;
+  Chain chain = bench::protein_chain(name + ".pdb");
+  std::srand(static_cast<unsigned>(seed));
+  while (CloseChain_2points(chain, kFactor) == -1) {
+  }
+  return chain;
+}
+
+void add_protein(const std::string& name) {
+  bench::add_comparison(
+      "ChainReduceOfAtoms/" + name, [=](std::uint64_t seed) { return closed_protein(name, seed); },
+      [](Chain& chain) { ChainReduce(chain, true); },
+      [](Chain& chain) { reference::ChainReduce(chain, true); }, same_left);
+}
+
+// How much of the votes over closures the reduction of the closed chains takes.
+void add_share(const std::string& name) {
+  bench::add_benchmark("FindMajorKnot/reduction/" + name, [=](benchmark::State& state) {
+    constexpr int kTwoPoints = 2, kTrials = 100, kRounds = 5;
+    double all = 0, reductions = 0;
+    for (auto _ : state) {
+      for (int round = 0; round < kRounds; ++round) {
+        std::vector<Chain> rings;
+        for (int k = 0; k < kTrials; ++k) rings.push_back(closed_protein(name, bench::next_seed()));
+        const Chain chain = bench::protein_chain(name + ".pdb");
+        int counts[42] = {};
+        const support::CapturedStream log(std::clog);
+        const double start = bench::now();
+        FindMajorKnot(chain, counts, kTwoPoints, kTrials);
+        const double found = bench::now();
+        for (Chain& ring : rings) ChainReduce(ring, true);
+        reductions += bench::now() - found;
+        all += found - start;
+      }
+      state.SetIterationTime(all / kRounds);
+    }
+    state.counters["fast_us"] = 1e6 * all / kRounds;
+    state.counters["share"] = reductions / all;
+  });
 }
 
 struct Projection {
@@ -53,6 +100,8 @@ const bool kRegistered = [] {
   }
   add_reduction("coil", 1000, support::gaussian_ring);
   add_reduction("protein", 300, support::protein_like_walk);
+  add_protein("1ztu");
+  add_share("1ztu");
   for (const int atoms : {10, 100, 1000}) add_projection(atoms);
   return true;
 }();
