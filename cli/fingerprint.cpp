@@ -1,18 +1,14 @@
-#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "chains.hpp"
 #include "command.hpp"
 #include "commands.hpp"
 #include "engine_options.hpp"
-#include "korvex/error.hpp"
 #include "korvex/report.hpp"
+#include "one_chain.hpp"
 #include "options.hpp"
-#include "output_file.hpp"
-#include "read_notes.hpp"
 
 namespace korvex::cli {
 namespace {
@@ -31,35 +27,15 @@ struct Options {
   std::optional<ReportFormat> format;  // by the name of the output
 };
 
-ReportFormat format_for(const Options& options) {
-  if (options.format) return *options.format;
-  const std::string extension = std::filesystem::path(options.output).extension().string();
-  for (const auto& [name, format] : kFormats)
-    if (extension == "." + name) return format;
-  return ReportFormat::kMatrix;
-}
-
-Exit fingerprint_of_file(const Options& options) {
-  refuse_to_replace(options.file, options.output);
-  OutputFile output(options.output);
-  const Chain chain = only_chain(options.file, options.read);
-  ReadNotes notes(options.read);
-  notes.add(chain);
-  notes.tell();
-  require_open(chain);
-  write_fingerprint(fingerprint_of(chain, options.fingerprint, options.run, kVotesUnlessAsked),
-                    chain.residues, format_for(options), output.stream(), chain.gaps);
-  output.publish();
-  return Exit::kDone;
-}
-
 Exit run_fingerprint(const Options& options) {
-  try {
-    return fingerprint_of_file(options);
-  } catch (const korvex::Error& error) {
-    if (!error.file().empty()) throw;
-    throw Failure(Exit::kSomeInputsFailed, options.file + ": " + error.what());
-  }
+  const ReportFormat format =
+      format_for(options.format, options.output, kFormats, ReportFormat::kMatrix);
+  return write_about_one_chain(
+      options.file, options.read, options.output, [&](const Chain& chain, std::ostream& out) {
+        write_fingerprint(
+            fingerprint_of(chain, options.fingerprint, options.run, kVotesUnlessAsked),
+            chain.residues, format, out, chain.gaps);
+      });
 }
 
 }  // namespace

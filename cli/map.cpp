@@ -1,19 +1,15 @@
-#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
 
-#include "chains.hpp"
 #include "command.hpp"
 #include "commands.hpp"
 #include "engine_options.hpp"
 #include "korvex/closure_map.hpp"
-#include "korvex/error.hpp"
 #include "korvex/report.hpp"
+#include "one_chain.hpp"
 #include "options.hpp"
-#include "output_file.hpp"
 #include "progress.hpp"
-#include "read_notes.hpp"
 
 namespace korvex::cli {
 namespace {
@@ -29,14 +25,6 @@ struct Options {
   std::optional<ReportFormat> format;  // by the name of the output
 };
 
-ReportFormat format_for(const Options& options) {
-  if (options.format) return *options.format;
-  const std::string extension = std::filesystem::path(options.output).extension().string();
-  for (const auto& [name, format] : kFormats)
-    if (extension == "." + name) return format;
-  return ReportFormat::kSvg;
-}
-
 ClosureMap map_of(const Chain& chain, const Options& options) {
   const std::string title = title_of(chain);
   Progress progress;
@@ -50,26 +38,13 @@ ClosureMap map_of(const Chain& chain, const Options& options) {
   return *std::move(map);
 }
 
-Exit map_of_file(const Options& options) {
-  refuse_to_replace(options.file, options.output);
-  OutputFile output(options.output);
-  const Chain chain = only_chain(options.file, options.read);
-  ReadNotes notes(options.read);
-  notes.add(chain);
-  notes.tell();
-  require_open(chain);
-  write_closure_map(chain, map_of(chain, options), format_for(options), output.stream());
-  output.publish();
-  return Exit::kDone;
-}
-
 Exit run_map(const Options& options) {
-  try {
-    return map_of_file(options);
-  } catch (const korvex::Error& error) {
-    if (!error.file().empty()) throw;
-    throw Failure(Exit::kSomeInputsFailed, options.file + ": " + error.what());
-  }
+  const ReportFormat format =
+      format_for(options.format, options.output, kFormats, ReportFormat::kSvg);
+  return write_about_one_chain(options.file, options.read, options.output,
+                               [&](const Chain& chain, std::ostream& out) {
+                                 write_closure_map(chain, map_of(chain, options), format, out);
+                               });
 }
 
 }  // namespace
