@@ -122,7 +122,7 @@ std::string disc(const ClosureMap& map, double centre, double x) {
     if (!is_seen(path)) continue;
     const std::string colour = colour_of_type(map.types[region.type].type);
     text += "<path d=\"" + path + "\" fill=\"" + colour + "\" stroke=\"" + colour +
-            "\" stroke-width=\"0.3\"/>\n";
+            "\" stroke-width=\"0.7\"/>\n";
   }
   text += "</g>\n<circle r=\"" + pixels(kRadius) + "\" fill=\"none\" stroke=\"#333333\"/>\n";
   for (std::size_t k = 0; k < std::min(kMarked, map.regions.size()); ++k) {
@@ -133,11 +133,16 @@ std::string disc(const ClosureMap& map, double centre, double x) {
     const std::string y_text = pixels(-kRadius * at.y);
     text += "<circle cx=\"" + x_text + "\" cy=\"" + y_text +
             "\" r=\"3\" fill=\"#ffffff\" stroke=\"#000000\"/>\n<text x=\"" +
-            pixels(kRadius * at.x + 5) + "\" y=\"" + pixels(4 - kRadius * at.y) + "\">" +
+            pixels(kRadius * at.x + 5) + "\" y=\"" + pixels(4 - kRadius * at.y) +
+            "\" stroke=\"#ffffff\" stroke-width=\"2.5\" paint-order=\"stroke\">" +
             std::to_string(k + 1) + "</text>\n";
   }
   return text + "<text y=\"" + pixels(kRadius + 18) + "\" text-anchor=\"middle\">seen from " +
          (centre > 0 ? "+z" : "-z") + "</text>\n</g>\n";
+}
+
+std::string percent_text(double share) {
+  return share < 0.5e-4 ? "below 0.01 %" : fixed_text(100 * share, 2) + " %";
 }
 
 std::string legend(const ClosureMap& map, double x) {
@@ -149,14 +154,13 @@ std::string legend(const ClosureMap& map, double x) {
     text += "<rect x=\"" + pixels(x) + "\" y=\"" + pixels(y - 11) +
             "\" width=\"14\" height=\"14\" fill=\"" + colour_of_type(type.type) +
             "\"/>\n<text x=\"" + pixels(x + 20) + "\" y=\"" + pixels(y) + "\">" +
-            quoted_for_xml(type.type) + "  " + fixed_text(100 * type.share, 2) + " %</text>\n";
+            quoted_for_xml(type.type) + "  " + percent_text(type.share) + "</text>\n";
   }
   double rest = 0;
   for (std::size_t k = named; k < map.types.size(); ++k) rest += map.types[k].share;
   if (named < map.types.size())
     text += "<text x=\"" + pixels(x + 20) + "\" y=\"" + pixels(y) + "\">" +
-            std::to_string(map.types.size() - named) + " more  " + fixed_text(100 * rest, 2) +
-            " %</text>\n";
+            std::to_string(map.types.size() - named) + " more  " + percent_text(rest) + "</text>\n";
   return text;
 }
 

@@ -1,9 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
 #include <map>
 #include <nlohmann/json.hpp>
 #include <random>
+#include <set>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -11,6 +13,7 @@
 #include "engine/closures/closure_mapping.hpp"
 #include "engine/random_chains.hpp"
 #include "engine/report/palette.hpp"
+#include "korvex/catalogue.hpp"
 #include "korvex/error.hpp"
 #include "korvex/quoting.hpp"
 #include "korvex/report.hpp"
@@ -149,13 +152,57 @@ TEST(MapReport, IsTheSameBytesEachTimeAndRefusesOtherFormats) {
   EXPECT_THROW(written(chain, map, ReportFormat::kTsv), Error);
 }
 
-TEST(Palette, TellsHandsAndCommonKnotsApart) {
-  const std::vector<std::string> types{"0_1",  "+3_1", "-3_1", "4_1",  "+5_1", "-5_1",
-                                       "+5_2", "-5_2", "+6_1", "+6_2", "6_3",  "+7_1"};
+using Rgb = std::array<double, 3>;
+
+Rgb linear(const std::string& colour) {
+  Rgb light{};
+  for (std::size_t k = 0; k < 3; ++k) {
+    const double level = std::stoi(colour.substr(1 + 2 * k, 2), nullptr, 16) / 255.0;
+    light[k] = level <= 0.04045 ? level / 12.92 : std::pow((level + 0.055) / 1.055, 2.4);
+  }
+  return light;
+}
+
+// Luminance, and what is left of it to an eye without red or green receptors, where reds and greens
+// of one luminance look alike: blue against it.
+double distance_without_red_and_green(const std::string& a, const std::string& b) {
+  const auto seen = [](const std::string& colour) {
+    const auto [red, green, blue] = linear(colour);
+    const double bright = std::cbrt(0.2126 * red + 0.7152 * green + 0.0722 * blue);
+    return std::array{bright, std::cbrt(blue) - bright};
+  };
+  const auto [bright_a, blue_a] = seen(a);
+  const auto [bright_b, blue_b] = seen(b);
+  return std::hypot(bright_a - bright_b, blue_a - blue_b);
+}
+
+std::vector<std::string> types_to(int crossings) {
+  std::vector<std::string> types;
+  for (const KnotType& type : catalogue())
+    if (type.crossings <= crossings) types.push_back(type.name);
+  return types;
+}
+
+TEST(Palette, HasAColourOfItsOwnForEveryTypeToEightCrossings) {
+  std::set<std::string> colours;
+  for (const std::string& type : types_to(8)) {
+    const std::string colour = colour_of_type(type);
+    EXPECT_EQ(colour.size(), 7u);
+    EXPECT_TRUE(colours.insert(colour).second) << type;
+  }
+  for (const char* other : {"+9_1", "-10_125", "+3_1#+3_1#+3_1", "unknown[1,-1,1,-1,1]"})
+    EXPECT_TRUE(colours.insert(colour_of_type(other)).second) << other;
+  EXPECT_EQ(colour_of_type("0_1"), "#e4e4e4");
+}
+
+TEST(Palette, TellsSimpleKnotsApartWithoutRedAndGreen) {
+  const auto types = types_to(6);
   for (std::size_t a = 0; a < types.size(); ++a) {
-    EXPECT_EQ(colour_of_type(types[a]).size(), 7u);
-    for (std::size_t b = 0; b < a; ++b)
-      EXPECT_NE(colour_of_type(types[a]), colour_of_type(types[b]));
+    for (std::size_t b = 0; b < a; ++b) {
+      EXPECT_GT(distance_without_red_and_green(colour_of_type(types[a]), colour_of_type(types[b])),
+                0.04)
+          << types[a] << " " << types[b];
+    }
   }
 }
 
