@@ -51,7 +51,7 @@ class ClosureShares {
     const Point normal = unit(cross(arc.from, arc.to));
     for (std::size_t k = 0; k + 1 < stops.size(); ++k) {
       const Point middle = unit(stops[k] + stops[k + 1]);
-      const double aside = std::min(1e-7, 1e-3 * norm(stops[k + 1] - stops[k]));
+      const double aside = std::min(1e-10, 1e-3 * norm(stops[k + 1] - stops[k]));
       const std::string left = type_(unit(middle + aside * normal));
       const std::string right = type_(unit(middle - aside * normal));
       if (left == right) continue;

@@ -2,6 +2,9 @@
 
 #include <array>
 #include <cmath>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <map>
 #include <nlohmann/json.hpp>
 #include <random>
@@ -150,6 +153,30 @@ TEST(MapReport, IsTheSameBytesEachTimeAndRefusesOtherFormats) {
   EXPECT_TRUE(archive.starts_with("PK"));
   EXPECT_NE(archive.find("polygon_points.npy"), std::string::npos);
   EXPECT_THROW(written(chain, map, ReportFormat::kTsv), Error);
+}
+
+TEST(MapReport, IsReadByNumPy) {
+  const auto chain = chain_of(compact_walk(4, 25));
+  const ClosureMap map = closure_map(chain.points).value();
+  const auto path = std::filesystem::path(testing::TempDir()) / "korvex_map_report_test.npz";
+  std::ofstream(path, std::ios::binary) << written(chain, map, ReportFormat::kNpz);
+  const std::string command =
+      "/usr/bin/python3 -c \""
+      "import numpy as n; f = n.load('" +
+      path.string() +
+      "'); t = f['region_type']; s = f['region_share']; p = f['polygon_points'];"
+      " b = f['polygon_begin'];"
+      " assert len(t) == len(s) == len(f['region_proven']) == len(f['region_in_doubt']) == " +
+      std::to_string(map.regions.size()) +
+      ";"
+      " assert f['region_direction'].shape == (len(t), 3) and p.shape == (b[-1], 3);"
+      " assert n.allclose(n.linalg.norm(p, axis=1), 1, atol=1e-12);"
+      " assert n.allclose(n.bincount(t, s), f['type_share'], atol=1e-12);"
+      " assert len(f['polygon_region']) == len(b) - 1 and abs(s.sum() - 1) < 1e-9;"
+      " assert f['types'][0] == '" +
+      map.dominant().type + "'\"";
+  EXPECT_EQ(std::system(command.c_str()), 0);
+  std::filesystem::remove(path);
 }
 
 using Rgb = std::array<double, 3>;
