@@ -2,7 +2,9 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
+#include <numeric>
 #include <string>
 #include <vector>
 
@@ -10,8 +12,12 @@
 #include "engine/closures/whole_chain.hpp"
 #include "engine/sphere/arrangement.hpp"
 #include "korvex/closure_map.hpp"
+#include "korvex/identity_cache.hpp"
+#include "korvex/read.hpp"
 #include "korvex/votes.hpp"
+#include "random_rings.hpp"
 #include "support/chains.hpp"
+#include "support/data_file.hpp"
 
 namespace {
 
@@ -43,6 +49,12 @@ void report(benchmark::State& state, double fast, double plain) {
   state.counters["ratio"] = plain / fast;
 }
 
+double median(std::vector<double> values) {
+  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+  std::nth_element(values.begin(), middle, values.end());
+  return *middle;
+}
+
 template <typename Work>
 double seconds_of(const Work& work) {
   const double start = bench::now();
@@ -50,21 +62,34 @@ double seconds_of(const Work& work) {
   return bench::now() - start;
 }
 
-// As many votes as regions are the plain form: each way on chains the other has not seen.
-void beside_votes(benchmark::State& state) {
-  constexpr int kChains = 8;
+// Seconds that `work` takes with a memory of types of its own, empty at first.
+template <typename Work>
+double seconds_from_scratch(const Work& work) {
+  korvex::IdentityCache identities;
+  korvex::Run run;
+  run.identities = &identities;
+  return seconds_of([&] { work(run); });
+}
+
+// As many votes as regions, on the same chain, are the plain form. Both begin with no type known.
+void beside_votes(benchmark::State& state, const std::string& file) {
+  korvex::ReadOptions chain_a;
+  chain_a.chains = {"A"};
+  const auto chain = korvex::read_chains(support::data_file("proteins/" + file), chain_a).at(0);
+  const std::size_t regions = korvex::closure_map(chain.points)->regions.size();
+  constexpr int kRounds = 15;
   for (auto _ : state) {
-    double maps = 0;
-    double votes = 0;
-    for (int k = 0; k < kChains; ++k) {
-      std::size_t regions = 0;
-      const auto mapped = protein(331, bench::next_seed());
-      maps += seconds_of([&] { regions = korvex::closure_map(mapped)->regions.size(); });
-      const auto voted = protein(331, bench::next_seed());
-      votes += static_cast<double>(regions) / 300 *
-               seconds_of([&] { korvex::vote(voted, {.trials = 300}); });
+    std::vector<double> maps;
+    std::vector<double> votes;
+    for (int round = 0; round < kRounds; ++round) {
+      maps.push_back(seconds_from_scratch(
+          [&](const korvex::Run& run) { korvex::closure_map(chain.points, {}, run); }));
+      votes.push_back(seconds_from_scratch([&](korvex::Run run) {
+        run.seed = bench::next_seed();
+        korvex::vote(chain.points, {.trials = regions}, run);
+      }));
     }
-    report(state, maps / kChains, votes / kChains);
+    report(state, median(maps), median(votes));
   }
 }
 
@@ -83,11 +108,36 @@ void arrangement(benchmark::State& state) {
   }
 }
 
+double seconds_of_coil(int steps) {
+  std::vector<double> seconds;
+  for (int round = 0; round < 3; ++round) {
+    const auto chain = coil(steps, bench::next_seed());
+    seconds.push_back(seconds_of([&] { korvex::closure_map(chain); }));
+  }
+  return median(seconds);
+}
+
 void of_coil(benchmark::State& state, int steps) {
   for (auto _ : state) {
-    const auto chain = coil(steps, bench::next_seed());
-    const double seconds = seconds_of([&] { korvex::closure_map(chain); });
-    report(state, seconds, seconds);
+    const double seconds = seconds_of_coil(steps);
+    state.SetIterationTime(seconds);
+    state.counters["fast_us"] = 1e6 * seconds;
+  }
+}
+
+// The exponent of time against steps.
+void growth(benchmark::State& state) {
+  for (auto _ : state) {
+    std::vector<double> lengths;
+    std::vector<double> seconds;
+    for (const int steps : {256, 512, 1024, 2048}) {
+      lengths.push_back(steps);
+      seconds.push_back(seconds_of_coil(steps));
+    }
+    const double all = std::accumulate(seconds.begin(), seconds.end(), 0.0);
+    state.SetIterationTime(all);
+    state.counters["fast_us"] = 1e6 * all;
+    state.counters["exponent"] = bench::fitted_exponent(lengths, seconds);
   }
 }
 
@@ -108,12 +158,15 @@ void two_threads(benchmark::State& state) {
 }
 
 const bool kRegistered = [] {
-  bench::add_benchmark("ClosureMap/beside_votes/331", beside_votes);
+  for (const std::string file : {"1xd3_A_bound.pdb", "1ca2.pdb", "1ztu.pdb"})
+    bench::add_benchmark("ClosureMap/beside_votes/" + file.substr(0, 4),
+                         [file](auto& state) { beside_votes(state, file); });
   bench::add_benchmark("ClosureMap/arrangement/331", arrangement);
   bench::add_benchmark("ClosureMap/two_threads/331", two_threads);
   for (const int steps : {1024, 3000})
     bench::add_benchmark("ClosureMap/coil/" + std::to_string(steps),
                          [steps](auto& state) { of_coil(state, steps); });
+  bench::add_benchmark("ClosureMap/growth", growth);
   return true;
 }();
 

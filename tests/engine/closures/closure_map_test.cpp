@@ -334,7 +334,7 @@ TEST(ClosureMap, IsDrawnWhereAnEndLiesOnABondOrPointsRepeat) {
   for (const auto& chain : {inside_bond, on_point, repeated, back_and_forth}) {
     const ClosureMap map = keys_of(chain);
     expect_whole(map);
-    EXPECT_LT(map.doubt, 1e-3);
+    EXPECT_LT(map.doubt, 1e-9);
   }
 }
 
