@@ -1,168 +1,37 @@
-#include <algorithm>
-#include <cstddef>
-#include <cstdint>
+#include "fingerprint/driver.hpp"
+
 #include <fstream>
-#include <map>
-#include <ostream>
-#include <string>
-#include <vector>
 
 #include "determination/direction.hpp"
-#include "korvex.h"
-#include "recognition/ordinals.hpp"
-#include "records/text_stream.hpp"
 
 namespace {
 
-struct Settings {
-  int net_step;
-  int refine_threshold;
-  int closure_type;
-  int trials;
-  int matrix_mode;
-  int poly_option;
-  bool poly_flag;
-  unsigned long long memory_limit;
+// The exported functions; the two that are not spare a copy of the chain.
+struct FastKernels {
+  static constexpr auto PrepareJobsFromNet = ::PrepareJobsFromNet;
+  static constexpr auto PrepareJobsAroundNet = ::PrepareJobsAroundNet;
+  static constexpr auto PrepareAllInfixesFuleren = ::PrepareAllInfixesFuleren;
+  static constexpr auto ChainReduceANY = ::ChainReduceANY;
+  static constexpr auto CopyJobToChainAtom = ::CopyJobToChainAtom;
+  static constexpr auto find_ordinal = korvex::determination::find_ordinal;
+  static constexpr auto invariant_text = korvex::determination::invariant_text;
 };
-
-struct Verdict {
-  std::string text;
-  int strength;
-};
-
-bool is_unknot(const std::string& text) {
-  return text == korvex::recognition::kUnknotName || text == "{'1': 1.0}" || text == "{'1': 1}";
-}
-
-// The passes over one chain and the rows that they find.
-class Fingerprint {
- public:
-  Fingerprint(const std::vector<ChainAtom>& chain, const Settings& settings)
-      : chain_(chain), settings_(settings), atoms_(chain) {}
-
-  // The net, then once the neighbourhood of its strong rows. Rows come out sorted.
-  const std::vector<RowFile>& find_rows() {
-    PrepareJobsFromNet(chain_, candidates_, settings_.net_step);
-    examine_candidates();
-    candidates_.clear();
-    PrepareJobsAroundNet(chain_, candidates_, rows_, settings_.net_step,
-                         settings_.refine_threshold);
-    examine_candidates();
-    std::sort(rows_.begin(), rows_.end(), WayToSortRowsToFile);
-    return rows_;
-  }
-
- private:
-  void examine_candidates() {
-    unsigned next_job = 0;
-    bool done = false;
-    while (!done) {
-      done =
-          PrepareAllInfixesFuleren(chain_, pool_, batch_, candidates_, next_job, settings_.trials,
-                                   settings_.closure_type, settings_.memory_limit) != 0;
-      ChainReduceANY(pool_, batch_, true);
-      examine_batch();
-    }
-  }
-
-  // The copies of one candidate are consecutive jobs, exactly `trials` in number.
-  void examine_batch() {
-    if (settings_.trials < 1) return;
-    const auto copies = static_cast<std::size_t>(settings_.trials);
-    for (std::size_t group = 0; group < batch_.size(); group += copies) {
-      const Verdict verdict =
-          settings_.matrix_mode != 0 ? vote_by_name(group) : vote_by_polynomial(group);
-      if (is_unknot(verdict.text)) continue;
-      rows_.push_back(
-          MakeRowFromJob(verdict.text, batch_[group], verdict.strength, settings_.matrix_mode));
-    }
-  }
-
-  Verdict vote_by_name(std::size_t group) {
-    int counts[korvex::recognition::kOrdinals] = {};
-    for (std::size_t k = group; k < group + static_cast<std::size_t>(settings_.trials); ++k) {
-      CopyJobToChainAtom(pool_, atoms_, batch_[k]);
-      ++counts[korvex::determination::find_ordinal(atoms_, 1)];
-    }
-    return {GiveTheNameOfKnot_toMatrix(counts), GiveTheStrenghtOfKnot(counts)};
-  }
-
-  Verdict vote_by_polynomial(std::size_t group) {
-    for (std::size_t k = group; k < group + static_cast<std::size_t>(settings_.trials); ++k) {
-      CopyJobToChainAtom(pool_, atoms_, batch_[k]);
-      const std::string poly =
-          korvex::determination::invariant_text(atoms_, settings_.poly_option, settings_.poly_flag);
-      tally_[poly.empty() ? "0" : poly] += 1.0F;
-    }
-    return {GiveThePolies_toDict(tally_), GiveTheStrenghtOfKnot_poly(tally_)};
-  }
-
-  const std::vector<ChainAtom>& chain_;
-  const Settings& settings_;
-  std::vector<ChainAtom> atoms_;
-  std::vector<Job> candidates_;
-  std::vector<fPointR3> pool_;
-  std::vector<Job> batch_;
-  std::map<std::string, float> tally_;  // runs on through the whole call, never cleared
-  std::vector<RowFile> rows_;
-};
-
-void write_header(std::ostream& out, const std::vector<ChainAtom>& chain) {
-  const std::int32_t first = chain.empty() ? 0 : chain.front().id;
-  const std::int32_t last = chain.empty() ? 0 : chain.back().id;
-  out << "# " << first << " " << last
-      << " >90 >87 >84 >81 >78 >75 >72 >69 >66 >63 >60 >57 >54 >51 >48 >45 >42 >39 >36 >33 >30 "
-         ">27 >24 >21 >18 >15 >12 >9 >6 >3 >0 IN "
-      << 1 << " " << chain.size() << std::endl;
-}
-
-void write_rows(std::ostream& out, const std::vector<RowFile>& rows, int matrix_mode) {
-  if (matrix_mode != 0) {
-    for (const RowFile& row : rows) out << row.text << std::endl;
-    return;
-  }
-  out << "{";
-  for (std::size_t k = 0; k < rows.size(); ++k) {
-    if (k > 0) out << ", ";
-    out << rows[k].text;
-  }
-  out << "}";
-}
 
 }  // namespace
 
 int FindAllKnots(const std::vector<ChainAtom>& chain, std::fstream& out, int netStep,
                  int refineThreshold, int closureType, int trials, int matrixMode, int polyOption,
                  bool polyFlag, unsigned long long memoryLimit) {
-  const Settings settings{netStep,    refineThreshold, closureType, trials,
-                          matrixMode, polyOption,      polyFlag,    memoryLimit};
-  Fingerprint fingerprint(chain, settings);
-  if (matrixMode != 0) write_header(out, chain);
-  const std::vector<RowFile>& rows = fingerprint.find_rows();
-  write_rows(out, rows, matrixMode);
-  if (rows.empty() && matrixMode != 0) out << "UNKNOT\n";
-  return 1;
+  return korvex::fingerprint_driver::find_all_knots<FastKernels>(
+      chain, out,
+      {netStep, refineThreshold, closureType, trials, matrixMode, polyOption, polyFlag,
+       memoryLimit});
 }
 
-// The stream is never emptied, so that each layer of the result repeats what came before it.
 std::string FindAllKnots_string(const std::vector<ChainAtom>& chain, int netStep,
                                 int refineThreshold, int closureType, int trials, int matrixMode,
                                 int polyOption, bool polyFlag, unsigned long long memoryLimit) {
-  const Settings settings{netStep,    refineThreshold, closureType, trials,
-                          matrixMode, polyOption,      polyFlag,    memoryLimit};
-  Fingerprint fingerprint(chain, settings);
-  std::ostringstream stream = korvex::records::text_stream();
-  std::string result;
-  if (matrixMode != 0) {
-    write_header(stream, chain);
-    result += stream.str();
-  }
-  const std::vector<RowFile>& rows = fingerprint.find_rows();
-  write_rows(stream, rows, matrixMode);
-  result += stream.str();
-  if (rows.empty()) {
-    stream << (matrixMode != 0 ? "UNKNOT\n" : "{}");
-    result += stream.str();
-  }
-  return result;
+  return korvex::fingerprint_driver::all_knots_text<FastKernels>(
+      chain, {netStep, refineThreshold, closureType, trials, matrixMode, polyOption, polyFlag,
+              memoryLimit});
 }

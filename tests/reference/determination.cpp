@@ -1,11 +1,10 @@
-#include <algorithm>
 #include <locale>
 #include <sstream>
 #include <string>
 #include <vector>
 
 #include "alexander/stored_polynomial.hpp"
-#include "recognition/ordinals.hpp"
+#include "determination/one_knot.hpp"
 #include "reference/preprocess.hpp"
 #include "reference/reference.hpp"
 
@@ -69,56 +68,15 @@ std::string FindTheKnotInParticularDirection_poly_string(std::vector<ChainAtom> 
 
 namespace {
 
-constexpr double kFactor = 1.25;  // radius of the closing sphere over the chain's own
-constexpr int kDirectionsTried = 30;
-
-std::vector<ChainAtom> closed_and_reduced(const std::vector<ChainAtom>& chain, int closureType) {
-  std::vector<ChainAtom> work = chain;
-  switch (closureType) {
-    case 1:
-      while (CloseChain_OUT(work, kFactor) == -1) {
-      }
-      break;
-    case 2:
-      while (CloseChain_2points(work, kFactor) == -1) {
-      }
-      break;
-    case 3:
-      while (CloseChain_1point(work, kFactor) == -1) {
-      }
-      break;
-    case 4:
-      CloseChain_1direction(work);
-      break;
-    default:
-      break;
-  }
-  reference::ChainReduce(work, true);
-  return work;
-}
-
-int first_usable_answer(const std::vector<ChainAtom>& chain) {
-  int ordinal = korvex::recognition::kUnusable;
-  for (int d = 0; d < kDirectionsTried && ordinal == korvex::recognition::kUnusable; ++d) {
-    ordinal = reference::FindTheKnotInParticularDirection(chain, d);
-  }
-  return ordinal;
-}
+struct PlainKernels {
+  static void reduce(std::vector<ChainAtom>& chain) { reference::ChainReduce(chain, true); }
+  static constexpr auto find_ordinal = reference::FindTheKnotInParticularDirection;
+};
 
 }  // namespace
 
 int FindOneKnot(const std::vector<ChainAtom>& chain, int* counts, int closureType, int trials) {
-  std::fill_n(counts, korvex::recognition::kReserved, 0);
-  const int determinations = static_cast<unsigned>(closureType) > 1 ? trials : 1;
-  for (int i = 0; i < determinations; ++i) {
-    // A chain that no direction can answer is closed anew, without limit.
-    int ordinal = korvex::recognition::kUnusable;
-    while (ordinal == korvex::recognition::kUnusable) {
-      ordinal = first_usable_answer(closed_and_reduced(chain, closureType));
-    }
-    ++counts[ordinal];
-  }
-  return 0;
+  return korvex::determination::find_one_knot<PlainKernels>(chain, counts, closureType, trials);
 }
 
 }  // namespace reference
