@@ -95,9 +95,8 @@ void add_projection(int atoms) {
 }
 
 const bool kRegistered = [] {
-  for (const int atoms : {10, 100, 300, 1000}) {
+  for (const int atoms : {10, 100, 300, 1000})
     add_reduction("compact", atoms, support::compact_ring);
-  }
   add_reduction("coil", 1000, support::gaussian_ring);
   add_reduction("protein", 300, support::protein_like_walk);
   add_protein("1ztu");

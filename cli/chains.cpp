@@ -1,11 +1,9 @@
 #include "chains.hpp"
 
 #include <iostream>
-#include <new>
 
+#include "command.hpp"
 #include "korvex/error.hpp"
-#include "korvex/report.hpp"
-#include "read_notes.hpp"
 
 namespace korvex::cli {
 
@@ -33,32 +31,6 @@ Source source_named(const std::string& name) {
   return Source::stream(std::cin, "standard input");
 }
 
-Exit for_each_chain(const std::vector<std::string>& files, const ReadOptions& read,
-                    const std::function<void(const Chain&)>& work, bool as_rings) {
-  Exit exit = Exit::kDone;
-  for (const std::string& file : files) {
-    std::string title = file;
-    ReadNotes notes(read, as_rings);
-    try {
-      visit_chains(source_named(file), read, [&](Chain&& chain) {
-        title = title_of(chain);
-        notes.add(chain);
-        work(chain);
-        title = file;
-        return true;
-      });
-    } catch (const korvex::Error& error) {
-      complain(error.file().empty() ? title + ": " + error.what() : error.what());
-      exit = Exit::kSomeInputsFailed;
-    } catch (const std::bad_alloc&) {
-      complain(title + ": there is not enough memory for this chain");
-      exit = Exit::kSomeInputsFailed;
-    }
-    notes.tell();
-  }
-  return exit;
-}
-
 Chain only_chain(const std::string& file, const ReadOptions& read) {
   std::vector<Chain> chains = read_chains(source_named(file), read);
   if (chains.size() == 1) return std::move(chains.front());
@@ -66,7 +38,7 @@ Chain only_chain(const std::string& file, const ReadOptions& read) {
   for (const Chain& chain : chains) {
     const std::string name = "model " + std::to_string(chain.model) +
                              (chain.name.empty() ? "" : " chain " + chain.name) +
-                             (chain.part == 0 ? "" : " part " + std::to_string(chain.part));
+                             (chain.part == 0 ? "" : " part #" + std::to_string(chain.part));
     if (names.size() > 200) {
       names += ", ...";
       break;

@@ -22,9 +22,8 @@ Choices<Value> choices_of(std::span<const Value> values) {
 // The name of a value, empty when it has none or is not set.
 template <typename Target, typename Value>
 std::string name_of(const Target& value, const Choices<Value>& choices) {
-  for (const auto& [name, candidate] : choices) {
+  for (const auto& [name, candidate] : choices)
     if (candidate == value) return name;
-  }
   return {};
 }
 

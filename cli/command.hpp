@@ -25,11 +25,23 @@ class Failure : public std::runtime_error {
   Exit status_;
 };
 
+// Ends the run: memory ran out while `input` was worked on.
+Failure no_memory_for(const std::string& input);
+
 // The work that the command line asks for.
 using Work = std::function<Exit()>;
 
 // Writes `korvex: message` and a line end to standard error.
 void complain(const std::string& message);
+
+// To be called where an exception has been caught: writes the one line about it, and gives the exit
+// status that it has wherever it happens:
+//   kUsage             the command line cannot be meant so, or what it wants to write to cannot be
+//                      written to, as is found out before anything is read
+//   kSomeInputsFailed  an input cannot be read or answered, or the output cannot be written
+//   kInternal          memory ran out, or the program is wrong
+// `input` stands in the line where the exception does not tell what it is about.
+Exit told_failure(const std::string& input = {}) noexcept;
 
 // Sends on what was written to standard output. Throws Failure when it cannot be written.
 void flush_output();

@@ -9,6 +9,8 @@ Command knot_command();
 Command fingerprint_command();
 Command locate_command();
 Command map_command();
+Command merge_command();
+Command scan_command();
 Command table_command();
 
 // Those of the same names that run the exported interface. A command line with --classic anywhere

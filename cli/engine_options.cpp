@@ -6,9 +6,7 @@
 #include <string_view>
 #include <utility>
 
-#include "korvex/report.hpp"
 #include "options.hpp"
-#include "progress.hpp"
 
 namespace korvex::cli {
 namespace {
@@ -65,8 +63,12 @@ std::optional<ModelRange> models_from(std::string_view text) {
   if (text.empty()) return range;
   if (text.front() != '-') return std::nullopt;
   text.remove_prefix(1);
-  if (!take_bound(text, range.last, nullptr) || !text.empty()) return std::nullopt;
-  if (range.last < range.first) return std::nullopt;
+  if (!take_bound(text, range.last, nullptr) || range.last < range.first) return std::nullopt;
+  if (text.empty()) return range;
+  if (text.front() != ':') return std::nullopt;
+  text.remove_prefix(1);
+  if (!take_bound(text, range.step, nullptr) || !text.empty() || range.step < 1)
+    return std::nullopt;
   return range;
 }
 
@@ -118,9 +120,11 @@ Option atom_option(std::vector<std::string>& atoms) {
 
 Option topology_option(std::string& path) {
   return {.names = "--topology",
-          .help = "LAMMPS data file with the molecules and bonds of a\nLAMMPS dump",
+          .help =
+              "File with the chains of an XTC, TRR or DCD\ntrajectory: PDB, GRO, mmCIF or LAMMPS "
+              "data; or LAMMPS\ndata with the molecules and bonds of a LAMMPS dump",
           .target = [&path](const std::string& value) { path = value; },
-          .value = "DATA"};
+          .value = "FILE"};
 }
 
 // A check that refuses all but numbers from 1.5 up.
@@ -134,16 +138,32 @@ Check bonds() {
   };
 }
 
+// A check that refuses all but numbers from 0 to 100.
+Check plddt() {
+  return [](const std::string& text) {
+    double value = 0;
+    const char* end = text.data() + text.size();
+    const auto [rest, error] = std::from_chars(text.data(), end, value);
+    if (error == std::errc() && rest == end && value >= 0 && value <= 100) return std::string();
+    return "'" + text + "' is not a number from 0 to 100";
+  };
+}
+
 }  // namespace
 
 void add_chain_options(Command& command, ReadOptions& read) {
-  command.add(parsed("--model", read.models, models_from, "N[-N]",
-                     "Models or frames of the file, both included;\ndefault: all"));
+  command.add(parsed("--model", read.models, models_from, "N[-N[:STEP]]",
+                     "Models or frames of the file, both included, every\nSTEPth from the first "
+                     "on; default: all"));
   command.add(chain_option(read.chains));
   command.add(
       parsed("--residues", read.residues, residues_from, "N[-N]",
              "Residues by their labels, both included: 10-52 ends\nat 52 alone, 10-52A takes in "
              "52A, and 10-52Z every\nresidue of that number; default: all"));
+  command.add(
+      number("--min-plddt", read.min_plddt, "PLDDT",
+             "Cuts residues below it off the ends of predicted\nmodels; those in the middle stay",
+             plddt()));
   command.add(atom_option(read.atoms));
   command.add(choice("--numbering", read.numbering, kNumberings,
                      "Chain names and residue numbers of an mmCIF file"));
@@ -161,10 +181,14 @@ void add_chain_options(Command& command, ReadOptions& read) {
                      "Mend the bonds that the file's periodic box broke"));
 }
 
-void add_run_options(Command& command, Run& run) {
+void add_threads_option(Command& command, Run& run) {
   run.threads = 0;
   command.add(number("--threads", run.threads, "COUNT", "Threads; 0 for as many as the machine has",
                      within(0, 4096)));
+}
+
+void add_run_options(Command& command, Run& run) {
+  add_threads_option(command, run);
   command.add(number("--seed", run.seed, "NUMBER",
                      "Fixes the directions: the same seed gives the same\nanswer on any number of "
                      "threads",
@@ -206,7 +230,7 @@ void add_fingerprint_options(Command& command, FingerprintChoice& choice,
 }
 
 Fingerprint fingerprint_of(const Chain& chain, const FingerprintChoice& choice, Run run,
-                           std::size_t most_exact) {
+                           std::size_t most_exact, const ShowFraction& show) {
   FingerprintOptions options = choice.options;
   const bool by_rays = options.closure == korvex::Closure::kRays;
   if (options.exact && (choice.sampled || !by_rays))
@@ -215,12 +239,9 @@ Fingerprint fingerprint_of(const Chain& chain, const FingerprintChoice& choice, 
                   "--sampling and --closure");
   if (by_rays && !choice.sampled && chain.points.size() <= most_exact * options.step)
     options.exact = true;
-  const std::string title = title_of(chain);
   const auto directions = static_cast<double>(options.directions);
-  Progress progress;
   run.progress = [&](double fraction) {
-    progress.show_bar(title, fraction, options.exact ? 100 : directions,
-                      options.exact ? "percent" : "directions");
+    show(fraction, options.exact ? 100 : directions, options.exact ? "percent" : "directions");
   };
   run.progress(0);
   return fingerprint(chain.points, options, run);

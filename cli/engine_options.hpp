@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <string>
 
 #include "command_line.hpp"
@@ -16,6 +17,9 @@ namespace korvex::cli {
 // --numbering, --gaps, --max-gap, --unwrap.
 void add_chain_options(Command& command, ReadOptions& read);
 
+// --threads.
+void add_threads_option(Command& command, Run& run);
+
 // --threads and --seed.
 void add_run_options(Command& command, Run& run);
 
@@ -29,11 +33,14 @@ struct FingerprintChoice {
 void add_fingerprint_options(Command& command, FingerprintChoice& choice,
                              const std::string& about_exact);
 
+// Shows how much of some work is done, `total` of which in `unit` make all of it.
+using ShowFraction = std::function<void(double fraction, double total, const char* unit)>;
+
 // Of the chain: exact where the options say so, or where they leave it open and the chain has no
-// more than `most_exact` stations. Shows on the terminal how far it is. Throws Failure where the
+// more than `most_exact` stations. `show` is told how far it is. Throws Failure where the
 // options contradict one another.
 Fingerprint fingerprint_of(const Chain& chain, const FingerprintChoice& choice, Run run,
-                           std::size_t most_exact);
+                           std::size_t most_exact, const ShowFraction& show);
 
 // A check that refuses all but numbers above 0 and at most 1.
 Check share();

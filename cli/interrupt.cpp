@@ -1,6 +1,6 @@
 #include "interrupt.hpp"
 
-#include <signal.h>
+#include <fcntl.h>
 #include <stdlib.h>
 #include <unistd.h>
 
@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <climits>
 #include <cstring>
+#include <tuple>
 
 #include "command.hpp"
 
@@ -20,10 +21,8 @@ volatile sig_atomic_t partial_file_exists = 0;
 volatile sig_atomic_t terminal_line_shown = 0;
 
 void leave(int signal_number) {
-  if (terminal_line_shown != 0) {
-    [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, "\r\033[K", 4);
-  }
-  if (partial_file_exists != 0) unlink(partial_file);
+  if (terminal_line_shown != 0) std::ignore = write(STDERR_FILENO, "\r\033[K", 4);
+  remove_partial_file_now();
   if (signal_number == SIGINT) _exit(static_cast<int>(Exit::kInterrupted));
   signal(signal_number, SIG_DFL);
   raise(signal_number);
@@ -43,6 +42,10 @@ sigset_t leaving_signals() {
 
 }  // namespace
 
+void remove_partial_file_now() {
+  if (partial_file_exists != 0) unlink(partial_file);
+}
+
 void leave_cleanly_when_interrupted() {
   struct sigaction action {};
   action.sa_handler = leave;
@@ -54,25 +57,66 @@ void leave_cleanly_when_interrupted() {
   }
 }
 
-std::string create_partial_file(std::string pattern) {
+LeavingPutOff::LeavingPutOff() {
+  const sigset_t set = leaving_signals();
+  sigprocmask(SIG_BLOCK, &set, &before_);
+}
+
+LeavingPutOff::~LeavingPutOff() {
+  const int error = errno;
+  sigprocmask(SIG_SETMASK, &before_, nullptr);
+  errno = error;
+}
+
+int create_partial_file(std::string& pattern) {
   if (pattern.size() >= sizeof partial_file) {
     errno = ENAMETOOLONG;
-    return {};
+    return -1;
   }
   // No signal may fall between the making of the file and the note of its name.
-  const sigset_t set = leaving_signals();
-  sigset_t before;
-  sigprocmask(SIG_BLOCK, &set, &before);
-  const int descriptor = mkstemp(pattern.data());
-  const int error = errno;
+  const LeavingPutOff guard;
+  const int descriptor = mkostemp(pattern.data(), O_CLOEXEC);
   if (descriptor >= 0) {
-    close(descriptor);
     std::memcpy(partial_file, pattern.c_str(), pattern.size() + 1);
     partial_file_exists = 1;
   }
-  sigprocmask(SIG_SETMASK, &before, nullptr);
-  errno = error;
-  return descriptor >= 0 ? pattern : std::string();
+  return descriptor;
+}
+
+namespace {
+
+sigset_t stopping_signals() {
+  sigset_t set;
+  sigemptyset(&set);
+  sigaddset(&set, SIGINT);
+  sigaddset(&set, SIGTERM);
+  return set;
+}
+
+}  // namespace
+
+// The signals are blocked in all threads that are made from now on, so that they wait for the
+// watcher.
+StopWhenInterrupted::StopWhenInterrupted() {
+  const sigset_t set = stopping_signals();
+  pthread_sigmask(SIG_BLOCK, &set, nullptr);
+  watcher_ = std::jthread([this] { watch(); });
+}
+
+StopWhenInterrupted::~StopWhenInterrupted() {
+  over_ = true;
+  pthread_kill(watcher_.native_handle(), SIGTERM);
+  watcher_.join();
+  const sigset_t set = stopping_signals();
+  pthread_sigmask(SIG_UNBLOCK, &set, nullptr);
+}
+
+void StopWhenInterrupted::watch() {
+  const sigset_t set = stopping_signals();
+  int number = 0;
+  if (sigwait(&set, &number) != 0 || over_) return;
+  stop_.request_stop();
+  if (sigwait(&set, &number) == 0 && !over_) leave(number);
 }
 
 void note_terminal_line(bool shown) { terminal_line_shown = shown ? 1 : 0; }

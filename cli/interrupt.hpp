@@ -2,7 +2,12 @@
 // exported interface cannot be cancelled, so that the signal handler itself does the leaving.
 #pragma once
 
+#include <signal.h>
+
+#include <atomic>
+#include <stop_token>
 #include <string>
+#include <thread>
 
 namespace korvex::cli {
 
@@ -12,11 +17,46 @@ namespace korvex::cli {
 // ignored.
 void leave_cleanly_when_interrupted();
 
-// Creates and opens nothing but a name: makes an empty file from `pattern`, whose last six
-// characters "XXXXXX" are replaced, and from then on the file is removed if a signal ends the
-// program. There is at most one such file at a time. Result: its path; empty with `errno` set when
-// it could not be made.
-std::string create_partial_file(std::string pattern);
+// Creates and opens a file whose name is `pattern` with its last six characters "XXXXXX" replaced.
+// From then on the file is removed if a signal ends the program. There is at most one such file at
+// a time. Result: its descriptor, with the name in `pattern`; -1 with `errno` set when it could not
+// be made.
+int create_partial_file(std::string& pattern);
+
+// To be called where the program ends at once, as in a signal handler.
+void remove_partial_file_now();
+
+// As long as it lives, the signals that end the program have to wait.
+class LeavingPutOff {
+ public:
+  LeavingPutOff();
+  ~LeavingPutOff();
+  LeavingPutOff(const LeavingPutOff&) = delete;
+  LeavingPutOff& operator=(const LeavingPutOff&) = delete;
+
+ private:
+  sigset_t before_;
+};
+
+// While one lives, an interrupt or a request to terminate asks the work to stop, so that it can
+// leave what it wrote in order; a second one ends the program as leave_cleanly_when_interrupted()
+// has it. To be made before the threads of the work, and by one thread.
+class StopWhenInterrupted {
+ public:
+  StopWhenInterrupted();
+  ~StopWhenInterrupted();
+  StopWhenInterrupted(const StopWhenInterrupted&) = delete;
+  StopWhenInterrupted& operator=(const StopWhenInterrupted&) = delete;
+
+  std::stop_token token() const { return stop_.get_token(); }
+
+ private:
+  void watch();
+
+  std::stop_source stop_;
+  std::atomic<bool> over_ = false;
+  std::jthread watcher_;
+};
 
 // Whether a line on the terminal waits to be erased, which then happens first.
 void note_terminal_line(bool shown);

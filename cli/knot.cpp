@@ -7,27 +7,24 @@
 #include <string>
 #include <vector>
 
-#include "chains.hpp"
 #include "command.hpp"
 #include "commands.hpp"
 #include "engine_options.hpp"
+#include "job.hpp"
 #include "korvex/closure_map.hpp"
 #include "korvex/report.hpp"
 #include "korvex/votes.hpp"
 #include "options.hpp"
-#include "progress.hpp"
 
 namespace korvex::cli {
 namespace {
 
-const Choices<ReportFormat> kFormats = choices_of(vote_formats());
+const Choices<ReportFormat> kVotesFormats = choices_of(vote_formats());
 
 const Choices<Closure> kClosures = choices_of<Closure>(std::array{
     Closure::kRays, Closure::kTwoPoints, Closure::kOut, Closure::kDirect, Closure::kRing});
 
-constexpr std::size_t kMostTrials = 10'000'000;
-
-struct KnotOptions {
+struct KnotArguments {
   std::vector<std::string> files;
   ReadOptions read;
   VoteOptions votes;
@@ -39,45 +36,44 @@ struct KnotOptions {
 };
 
 // The exact answer; nothing where votes are asked for or the map would have too many regions.
-std::optional<ClosureMap> map_of(const Chain& chain, Closure closure, const KnotOptions& options) {
+std::optional<ClosureMap> map_of(const Chain& chain, Closure closure, const KnotArguments& options,
+                                 Run run, const ShowFraction& show) {
   if (closure != Closure::kRays || options.sampled) return std::nullopt;
-  const std::string title = title_of(chain);
-  Progress progress;
-  Run run = options.run;
-  run.progress = [&](double fraction) { progress.show_bar(title, fraction, 100, "percent"); };
+  run.progress = [&](double fraction) { show(fraction, 100, "percent"); };
   return closure_map(chain.points, options.map, run);
 }
 
-Votes votes_of(const Chain& chain, const VoteOptions& votes, const KnotOptions& options) {
-  const std::string title = title_of(chain);
+Votes votes_of(const Chain& chain, const VoteOptions& votes, Run run, const ShowFraction& show) {
   const auto trials = static_cast<double>(votes.trials > 0 ? votes.trials : votes.most_trials);
-  Progress progress;
-  Run run = options.run;
-  run.progress = [&](double fraction) { progress.show_bar(title, fraction, trials, "closures"); };
+  run.progress = [&](double fraction) { show(fraction, trials, "closures"); };
   run.progress(0);
   return vote(chain.points, votes, run);
 }
 
-Exit run_knot(const KnotOptions& options) {
+Exit run_knot(const KnotArguments& options) {
   VotesReport report(options.format, std::cout);
-  const Exit exit = for_each_chain(
-      options.files, options.read,
-      [&](const Chain& chain) {
-        VoteOptions votes = options.votes;
-        if (chain.closed && !options.closure_given) votes.closure = Closure::kRing;
-        if (const auto map = map_of(chain, votes.closure, options)) {
-          report.add(chain, *map);
-        } else {
-          report.add(chain, votes.closure, votes_of(chain, votes, options));
-        }
+  Job job(options.files, options.read, options.run,
+          options.closure_given && options.votes.closure == Closure::kRing);
+  const Exit exit = job.answer_each([&](const Chain& chain, const Run& run) -> Delivery {
+    VoteOptions asked = options.votes;
+    if (chain.closed && !options.closure_given) asked.closure = Closure::kRing;
+    const ShowFraction show = job.show_of(chain);
+    if (auto map = map_of(chain, asked.closure, options, run, show))
+      return [&report, &chain, map = *std::move(map)] {
+        report.add(chain, map);
         flush_output();
-      },
-      options.closure_given && options.votes.closure == Closure::kRing);
+      };
+    Votes votes = votes_of(chain, asked, run, show);
+    return [&report, &chain, closure = asked.closure, votes = std::move(votes)] {
+      report.add(chain, closure, votes);
+      flush_output();
+    };
+  });
   report.finish();
   return exit;
 }
 
-Option trials_option(KnotOptions& options) {
+Option trials_option(KnotArguments& options) {
   const auto parse = [](const std::string& text, std::size_t& trials) {
     if (text == "auto") {
       trials = 0;
@@ -85,13 +81,13 @@ Option trials_option(KnotOptions& options) {
     }
     const char* end = text.data() + text.size();
     const auto [rest, error] = std::from_chars(text.data(), end, trials);
-    return error == std::errc() && rest == end && trials > 0 && trials <= kMostTrials;
+    return error == std::errc() && rest == end && trials > 0 && trials <= kMostVotes;
   };
   const auto refuse = [parse](const std::string& text) {
     std::size_t trials = 0;
     return parse(text, trials) ? std::string()
                                : "'" + text + "' is neither auto nor a whole number from 1 to " +
-                                     std::to_string(kMostTrials);
+                                     std::to_string(kMostVotes);
   };
   return {"--trials",
           "Closures by rays or two points to vote over; auto:\nas many as it takes until one type "
@@ -106,7 +102,7 @@ Option trials_option(KnotOptions& options) {
           refuse};
 }
 
-Option closure_option(KnotOptions& options) {
+Option closure_option(KnotArguments& options) {
   Option option = choice("--closure", options.votes.closure, kClosures,
                          "How the ends are joined: both to infinity in one\ndirection; each in its "
                          "own; away from the centre;\nstraight to each other; or they are joined "
@@ -117,11 +113,11 @@ Option closure_option(KnotOptions& options) {
 }  // namespace
 
 Command knot_command() {
-  auto options = std::make_shared<KnotOptions>();
+  auto options = std::make_shared<KnotArguments>();
   Command command{"knot", "Name the knots that chains form, with their shares", {}, [options] {
                     return run_knot(*options);
                   }};
-  command.add(files(options->files));
+  command.add(sources(options->files));
   command.add(closure_option(*options));
   command.add(trials_option(*options));
   command.add(
@@ -132,10 +128,10 @@ Command knot_command() {
                      [&options = *options] { options.sampled = true; }));
   command.add(number("--regions", options->map.most_regions, "COUNT",
                      "Most regions of exact shares; a chain that has more\nis voted on",
-                     within(1, 10'000'000)));
+                     within(1, kMostRegions)));
   add_run_options(command, options->run);
   add_chain_options(command, options->read);
-  command.add(choice("--format", options->format, kFormats,
+  command.add(choice("--format", options->format, kVotesFormats,
                      "text, a line for each chain; tsv, a line for each\ntype; json, the crossings "
                      "of the diagrams too"));
   command.add(classic_flag());

@@ -3,24 +3,26 @@
 #include <iostream>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "chains.hpp"
 #include "command.hpp"
 #include "commands.hpp"
 #include "engine_options.hpp"
+#include "job.hpp"
 #include "korvex/report.hpp"
 #include "options.hpp"
 
 namespace korvex::cli {
 namespace {
 
-const Choices<ReportFormat> kFormats = choices_of(location_formats());
+const Choices<ReportFormat> kLocateFormats = choices_of(location_formats());
 
 // Up to so many stations exact shares take no longer than people wait for.
 constexpr std::size_t kMostExact = 100;
 
-struct Options {
+struct LocateArguments {
   std::vector<std::string> files;
   ReadOptions read;
   FingerprintChoice fingerprint;
@@ -29,13 +31,18 @@ struct Options {
   ReportFormat format = ReportFormat::kText;
 };
 
-Exit run_locate(const Options& options) {
+Exit run_locate(const LocateArguments& options) {
   LocationReport report(options.format, std::cout);
-  const Exit exit = for_each_chain(options.files, options.read, [&](const Chain& chain) {
+  Job job(options.files, options.read, options.run);
+  const Exit exit = job.answer_each([&](const Chain& chain, const Run& run) -> Delivery {
     require_open(chain);
-    report.add(chain, locate(fingerprint_of(chain, options.fingerprint, options.run, kMostExact),
-                             options.locate));
-    flush_output();
+    Location location =
+        locate(fingerprint_of(chain, options.fingerprint, run, kMostExact, job.show_of(chain)),
+               options.locate, run);
+    return [&report, &chain, location = std::move(location)] {
+      report.add(chain, location);
+      flush_output();
+    };
   });
   report.finish();
   return exit;
@@ -44,12 +51,12 @@ Exit run_locate(const Options& options) {
 }  // namespace
 
 Command locate_command() {
-  auto options = std::make_shared<Options>();
+  auto options = std::make_shared<LocateArguments>();
   Command command{"locate",
                   "Tell where chains are knotted: cores, tails, slipknots, composites",
                   {},
                   [options] { return run_locate(*options); }};
-  command.add(files(options->files));
+  command.add(sources(options->files));
   command.add(number("--threshold", options->locate.threshold, "SHARE",
                      "Share of a sub-chain's votes at which it counts as\nso knotted", share()));
   add_fingerprint_options(command, options->fingerprint,
@@ -58,7 +65,7 @@ Command locate_command() {
                               std::to_string(kMostExact) + " stations");
   add_run_options(command, options->run);
   add_chain_options(command, options->read);
-  command.add(choice("--format", options->format, kFormats,
+  command.add(choice("--format", options->format, kLocateFormats,
                      "text; tsv and json, for programs; pymol and\nchimerax, commands that colour "
                      "the cores"));
   return command;

@@ -1,31 +1,15 @@
+#include <malloc.h>
+
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
-#include <exception>
-#include <iostream>
-#include <new>
-#include <string>
 #include <string_view>
+#include <vector>
 
 #include "command.hpp"
 #include "commands.hpp"
+#include "descriptors.hpp"
 #include "interrupt.hpp"
-#include "korvex/error.hpp"
-#include "korvex/quoting.hpp"
 
 namespace korvex::cli {
-
-void complain(const std::string& message) {
-  std::cerr << "korvex: " + quoted_for_terminal(message) + "\n";
-}
-
-void flush_output() {
-  std::cout.flush();
-  if (!std::cout)
-    throw Failure(Exit::kSomeInputsFailed,
-                  std::string("cannot write to standard output: ") + std::strerror(errno));
-}
-
 namespace {
 
 std::vector<Command> commands_for(int argc, char** argv) {
@@ -33,27 +17,31 @@ std::vector<Command> commands_for(int argc, char** argv) {
     return std::string_view(argument) == "--classic";
   });
   return {is_classic ? classic::knot_command() : knot_command(),
-          is_classic ? classic::fingerprint_command() : fingerprint_command(), locate_command(),
-          map_command(), table_command()};
+          is_classic ? classic::fingerprint_command() : fingerprint_command(),
+          locate_command(),
+          map_command(),
+          scan_command(),
+          merge_command(),
+          table_command()};
 }
 
-Exit guarded(const Work& work) {
+Exit run(int argc, char** argv) noexcept {
   try {
-    const Exit exit = work();
+    const std::vector<Command> commands = commands_for(argc, argv);
+    const Exit exit = work_asked_for(commands, argc, argv)();
     flush_output();
     return exit;
-  } catch (const Failure& failure) {
-    complain(failure.what());
-    return failure.status();
-  } catch (const korvex::Error& error) {
-    complain(error.what());
-    return error.code() == ErrorCode::kInvalidArgument ? Exit::kUsage : Exit::kSomeInputsFailed;
-  } catch (const std::bad_alloc&) {
-    complain("out of memory");
-  } catch (const std::exception& error) {
-    complain(std::string("internal error: ") + error.what());
+  } catch (...) {
+    return told_failure();
   }
-  return Exit::kInternal;
+}
+
+// Memory that one input leaves serves the next: to give it back to the system and to ask for it
+// again would take as long as reading the input.
+void keep_memory() {
+  constexpr int kMost = 64 << 20;
+  mallopt(M_MMAP_THRESHOLD, kMost / 2);
+  mallopt(M_TRIM_THRESHOLD, kMost);
 }
 
 }  // namespace
@@ -61,11 +49,8 @@ Exit guarded(const Work& work) {
 
 int main(int argc, char** argv) {
   using namespace korvex::cli;
+  if (!hold_standard_descriptors()) return static_cast<int>(Exit::kInternal);
   leave_cleanly_when_interrupted();
-  try {
-    const std::vector<Command> commands = commands_for(argc, argv);
-    return static_cast<int>(guarded(work_asked_for(commands, argc, argv)));
-  } catch (...) {
-    return static_cast<int>(Exit::kInternal);
-  }
+  keep_memory();
+  return static_cast<int>(run(argc, argv));
 }

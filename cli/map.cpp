@@ -56,10 +56,10 @@ Command map_command() {
         return run_map(*options);
       }};
   command.add(file(options->file));
-  command.add(output(options->output));
+  command.add(output(options->output, "map"));
   command.add(number("--regions", options->map.most_regions, "COUNT",
-                     "Most regions; a chain that has more is refused", within(1, 10'000'000)));
-  add_run_options(command, options->run);
+                     "Most regions; a chain that has more is refused", within(1, kMostRegions)));
+  add_threads_option(command, options->run);
   add_chain_options(command, options->read);
   command.add(
       choice("--format", options->format, kFormats,

@@ -1,6 +1,7 @@
 #include "one_chain.hpp"
 
 #include <filesystem>
+#include <new>
 
 #include "chains.hpp"
 #include "korvex/error.hpp"
@@ -13,9 +14,14 @@ ReportFormat format_for(const std::optional<ReportFormat>& asked, const std::str
                         const Choices<ReportFormat>& formats, ReportFormat otherwise) {
   if (asked) return *asked;
   const std::string extension = std::filesystem::path(output).extension().string();
-  for (const auto& [name, format] : formats)
+  if (extension.empty() || output == "-") return otherwise;
+  std::string known;
+  for (const auto& [name, format] : formats) {
     if (extension == "." + name) return format;
-  return otherwise;
+    known += (known.empty() ? "." : ", .") + name;
+  }
+  throw Failure(Exit::kUsage, "cannot tell a format by the end of '" + output +
+                                  "': it is none of " + known + "; name the format by --format");
 }
 
 Exit write_about_one_chain(const std::string& file, const ReadOptions& read,
@@ -23,6 +29,7 @@ Exit write_about_one_chain(const std::string& file, const ReadOptions& read,
                            const std::function<void(const Chain&, std::ostream&)>& work) {
   try {
     refuse_to_replace(file, output);
+    if (!read.topology.empty()) refuse_to_replace(read.topology, output);
     OutputFile written(output);
     const Chain chain = only_chain(file, read);
     ReadNotes notes(read);
@@ -33,8 +40,10 @@ Exit write_about_one_chain(const std::string& file, const ReadOptions& read,
     written.publish();
     return Exit::kDone;
   } catch (const korvex::Error& error) {
-    if (!error.file().empty()) throw;
-    throw Failure(Exit::kSomeInputsFailed, file + ": " + error.what());
+    throw Failure(Exit::kSomeInputsFailed,
+                  (error.file().empty() ? file + ": " : "") + error.what());
+  } catch (const std::bad_alloc&) {
+    throw no_memory_for(file);
   }
 }
 

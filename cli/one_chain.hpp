@@ -14,7 +14,7 @@
 namespace korvex::cli {
 
 // The format that was asked for; else that which the end of the output's name tells, or
-// `otherwise`.
+// `otherwise` where the name has no ending. Throws Failure for endings that no format has.
 ReportFormat format_for(const std::optional<ReportFormat>& asked, const std::string& output,
                         const Choices<ReportFormat>& formats, ReportFormat otherwise);
 

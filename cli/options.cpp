@@ -1,7 +1,8 @@
 #include "options.hpp"
 
+#include <fmt/format.h>
+
 #include <limits>
-#include <sstream>
 
 namespace korvex::cli {
 namespace {
@@ -12,11 +13,7 @@ constexpr const char* kFormatsRead =
 
 }  // namespace
 
-std::string shown(double number) {
-  std::ostringstream text;
-  text << number;
-  return text.str();
-}
+std::string shown(double number) { return fmt::format("{:g}", number); }
 
 std::optional<unsigned long long> parsed_size(const std::string& text) {
   unsigned long long value = 0;
@@ -35,9 +32,8 @@ Check within(long long least, long long most) {
     long long value = 0;
     const char* end = text.data() + text.size();
     const auto [rest, error] = std::from_chars(text.data(), end, value);
-    if (error == std::errc() && rest == end && least <= value && value <= most) {
+    if (error == std::errc() && rest == end && least <= value && value <= most)
       return std::string();
-    }
     return "'" + text + "' is not a whole number from " + std::to_string(least) + " to " +
            std::to_string(most);
   };
@@ -48,14 +44,22 @@ Option files(std::vector<std::string>& names) {
   return {.names = "FILE", .help = kFormatsRead, .target = TakeAll(take), .required = true};
 }
 
+Option sources(std::vector<std::string>& names) {
+  Option option = files(names);
+  option.help +=
+      "; also folders of such files, archives of\nthem (tar, zip), and @LIST for the names in a "
+      "file";
+  return option;
+}
+
 Option file(std::string& name) {
   const auto take = [&name](const std::string& value) { name = value; };
   return {.names = "FILE", .help = kFormatsRead, .target = TakeOne(take), .required = true};
 }
 
-Option output(std::string& name) {
+Option output(std::string& name, const std::string& what) {
   return {.names = "-o,--output",
-          .help = "File for the fingerprint, replaced when it is\nthere; - is standard output",
+          .help = "File for the " + what + ", replaced when it is\nthere; - is standard output",
           .target = [&name](const std::string& value) { name = value; },
           .value = "OUT",
           .required = true};

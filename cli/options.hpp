@@ -43,11 +43,10 @@ template <typename Number>
 Option number(const std::string& names, Number& number, const std::string& value,
               const std::string& help, Check refuse) {
   std::string shown_default;
-  if constexpr (std::is_integral_v<Number>) {
+  if constexpr (std::is_integral_v<Number>)
     shown_default = std::to_string(number);
-  } else {
+  else
     shown_default = shown(number);
-  }
   const auto take = [&number](const std::string& text) {
     std::from_chars(text.data(), text.data() + text.size(), number);
   };
@@ -75,12 +74,13 @@ Option memory(Bytes& bytes, const std::string& help, const std::string& shown_de
 // An option with a value that does something more where it is given.
 Option noting(Option option, const std::function<void()>& note);
 
-// The files that a subcommand reads, or the one.
+// The files that a subcommand reads; the same, and folders, archives and lists; or the one.
 Option files(std::vector<std::string>& names);
+Option sources(std::vector<std::string>& names);
 Option file(std::string& name);
 
-// -o, --output.
-Option output(std::string& name);
+// -o, --output, for what is told of.
+Option output(std::string& name, const std::string& what);
 
 // The flag that chooses the exported interface; main() acts on it before anything is parsed.
 Option classic_flag();

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <iostream>
 #include <string_view>
+#include <utility>
 
 #include "interrupt.hpp"
 
@@ -69,39 +70,64 @@ std::string bar_text(double fraction, std::size_t width) {
 Progress::Progress()
     : on_terminal_(isatty(STDERR_FILENO) == 1), next_(std::chrono::steady_clock::now()) {}
 
-Progress::~Progress() {
-  if (!shown_) return;
+Progress::~Progress() { erase(); }
+
+void Progress::erase() {
+  if (!std::exchange(shown_, false)) return;
   std::cerr << kEraseLine << std::flush;
   note_terminal_line(false);
 }
 
-void Progress::show(const std::string& what, long long done, long long total, const char* unit) {
+bool Progress::due(bool at_any_time) {
   const auto now = std::chrono::steady_clock::now();
-  if (!on_terminal_ || now < next_) return;
+  if (!on_terminal_ || (now < next_ && !at_any_time)) return false;
   next_ = now + kInterval;
   shown_ = true;
   note_terminal_line(true);
+  return true;
+}
+
+double Progress::seconds() const {
+  return std::chrono::duration<double>(std::chrono::steady_clock::now() - bar_start_).count();
+}
+
+void Progress::show(const std::string& what, long long done, long long total, const char* unit) {
+  if (!due()) return;
   std::cerr << line_of(what, fmt::format(": {} of {} {} ({} %)", done, total, unit,
                                          total > 0 ? 100 * done / total : 100))
             << std::flush;
 }
 
 void Progress::show_bar(const std::string& what, double fraction, double total, const char* unit) {
-  const auto now = std::chrono::steady_clock::now();
   if (!on_terminal_) return;
   if (bar_of_ != what) {
     bar_of_ = what;
-    bar_start_ = now;
+    bar_start_ = std::chrono::steady_clock::now();
   }
-  if (now < next_ && fraction < 1) return;
-  next_ = now + kInterval;
-  shown_ = true;
-  note_terminal_line(true);
-  const double seconds = std::chrono::duration<double>(now - bar_start_).count();
+  if (due(fraction >= 1)) show_line(what, fraction, fraction * total, unit);
+}
+
+void Progress::show_job(const std::string& what, double fraction, std::size_t done,
+                        const char* unit) {
+  if (!std::exchange(job_begun_, true)) bar_start_ = std::chrono::steady_clock::now();
+  if (due()) show_line(what, fraction, static_cast<double>(done), unit);
+}
+
+void Progress::show_count(const std::string& what, std::size_t done, const char* unit) {
+  if (!std::exchange(job_begun_, true)) bar_start_ = std::chrono::steady_clock::now();
+  if (!due()) return;
+  std::string state = fmt::format(": {} {}", done, unit);
+  if (const double time = seconds(); time > 0)
+    state += fmt::format(", {}/s", number_text(static_cast<double>(done) / time));
+  std::cerr << line_of(what, state) << std::flush;
+}
+
+void Progress::show_line(const std::string& what, double fraction, double done, const char* unit) {
+  const double time = seconds();
   std::string state = fmt::format(" {:3.0f} %", 100 * fraction);
-  if (seconds > 0 && fraction > 0)
-    state += fmt::format(" {} {}/s, {} left", number_text(fraction * total / seconds), unit,
-                         duration_text(seconds * (1 - fraction) / fraction));
+  if (time > 0 && fraction > 0)
+    state += fmt::format(" {} {}/s, {} left", number_text(done / time), unit,
+                         duration_text(time * (1 - fraction) / fraction));
   const bool wide = what.size() + kWideBar + state.size() + 3 <= columns_of_terminal();
   std::cerr << line_of(what, bar_text(fraction, wide ? kWideBar : kNarrowBar) + state)
             << std::flush;

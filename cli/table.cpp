@@ -12,9 +12,9 @@
 namespace korvex::cli {
 namespace {
 
-const Choices<ReportFormat> kFormats = choices_of(catalogue_formats());
+const Choices<ReportFormat> kCatalogueFormats = choices_of(catalogue_formats());
 
-struct Options {
+struct TableArguments {
   std::vector<std::string> names;
   int most_crossings = 10;
   bool primes_only = false;
@@ -22,7 +22,7 @@ struct Options {
 };
 
 // Types by name, both hands of a name without one, or all that the other options leave.
-std::vector<const KnotType*> chosen(const Options& options) {
+std::vector<const KnotType*> chosen(const TableArguments& options) {
   std::vector<const KnotType*> types;
   if (options.names.empty()) {
     for (const KnotType& type : catalogue())
@@ -41,7 +41,7 @@ std::vector<const KnotType*> chosen(const Options& options) {
   return types;
 }
 
-Exit run_table(const Options& options) {
+Exit run_table(const TableArguments& options) {
   const auto types = chosen(options);
   CatalogueReport report(options.format, std::cout);
   for (const KnotType* type : types) report.add(*type);
@@ -52,7 +52,7 @@ Exit run_table(const Options& options) {
 }  // namespace
 
 Command table_command() {
-  auto options = std::make_shared<Options>();
+  auto options = std::make_shared<TableArguments>();
   Command command{
       "table", "Print the catalogue of knots", {}, [options] { return run_table(*options); }};
   command.add({.names = "NAME",
@@ -63,8 +63,8 @@ Command table_command() {
   command.add(number("--crossings", options->most_crossings, "COUNT",
                      "Most crossings of the knots printed", within(0, 10)));
   command.add({"--primes", "Leave out composite knots and the unknot", &options->primes_only});
-  command.add(
-      choice("--format", options->format, kFormats, "text; tsv, a line for each knot; json"));
+  command.add(choice("--format", options->format, kCatalogueFormats,
+                     "text; tsv, a line for each knot; json"));
   return command;
 }
 

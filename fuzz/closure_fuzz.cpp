@@ -39,9 +39,8 @@ void check_closure(const std::vector<ChainAtom>& chain, int way, double factor) 
   if (!std::equal(chain.begin(), chain.end(), closed.begin(), same_atom)) std::abort();
   for (std::size_t k = chain.size(); k < closed.size(); ++k) {
     const ChainAtom& a = closed[k];
-    if (!std::isfinite(a.x) || !std::isfinite(a.y) || !std::isfinite(a.z) || a.id != 0) {
+    if (!std::isfinite(a.x) || !std::isfinite(a.y) || !std::isfinite(a.z) || a.id != 0)
       std::abort();
-    }
   }
 }
 

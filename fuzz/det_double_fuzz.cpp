@@ -36,14 +36,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::uint8_t first = bytes.take<std::uint8_t>();
   const int p = 2 + bytes.take<std::uint8_t>() % 20;
   std::vector<std::vector<double>> fast(first % 32);
-  for (auto& row : fast) {
+  for (auto& row : fast)
     for (std::size_t k = 0; k < fast.size(); ++k) row.push_back(entry(bytes, first / 32 % 4));
-  }
   if (!support::determinant_ends(fast, p)) return 0;
   std::vector<std::vector<double>> plain = fast;
   require_same(det_double(fast, p), reference::det_double(plain, p));
-  for (std::size_t i = 0; i < fast.size(); ++i) {
+  for (std::size_t i = 0; i < fast.size(); ++i)
     for (std::size_t j = 0; j < fast.size(); ++j) require_same(fast[i][j], plain[i][j]);
-  }
   return 0;
 }

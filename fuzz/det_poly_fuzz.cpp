@@ -33,11 +33,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::size_t columns = matrix.size() + first / 32 % 2;
   for (auto& row : matrix) {
     row.resize(columns);
-    for (auto& entry : row) {
-      for (int left = bytes.take<std::uint8_t>() % 4; left > 0; --left) {
+    for (auto& entry : row)
+      for (int left = bytes.take<std::uint8_t>() % 4; left > 0; --left)
         entry.data().push_back(coefficient(bytes, kind));
-      }
-    }
   }
   if (det_poly(matrix).data() != reference::det_poly(matrix).data()) std::abort();
   return 0;

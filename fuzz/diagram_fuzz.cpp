@@ -62,6 +62,7 @@ void check_open(const Points& chain, const Point& direction) {
   const std::uint64_t key = checked_key(open);
   if (chain.size() < 2 || !(norm(direction) > 0.1 && norm(direction) < 1e3)) return;
   const double size = fuzz::extent(chain);
+  if (size < 1e-100) return;  // the squares of its distances underflow
   Points closed = chain;
   const Point ray = (3 * size / norm(direction)) * direction;
   closed.push_back(chain.back() + ray);
@@ -88,7 +89,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     require(fuzz::is_refused([&] { Diagram::of_polygon(chain, direction); }));
     return 0;
   }
-  const bool tame = fuzz::extent(chain) < 1e6 && fuzz::extent(chain) > 1e-6;
+  const bool tame = !chain.empty() && !fuzz::may_be_refused(chain);
   require(!refused || !tame);
   if (tame) check_ring(chain, direction, {0.37 + kind, -0.21, 0.9});
   return 0;

@@ -109,11 +109,17 @@ inline double extent(std::span<const korvex::Point> chain) {
 }
 
 // A chain may be refused where its coordinates are no numbers, or so much larger than its extent
-// that rounding has put its points together.
+// that rounding has put its points together, or where a point lies so far off that a bond is lost
+// beside it.
 inline bool may_be_refused(std::span<const korvex::Point> chain) {
   if (chain.empty()) return false;
   const double size = extent(chain);
-  return !usable(chain) || !(size > 1e-6 && size < 1e6);
+  if (!usable(chain) || !(size > 1e-6 && size < 1e6)) return true;
+  for (std::size_t k = 1; k < chain.size(); ++k) {
+    const bool repeats = chain[k] == chain[k - 1];
+    if (!repeats && norm(chain[k] - chain[k - 1]) < 1e-6 * size) return true;
+  }
+  return false;
 }
 
 // True when the computation is refused as an invalid argument.

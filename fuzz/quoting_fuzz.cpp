@@ -51,10 +51,9 @@ std::string without_entities(std::string text) {
                                           {"&quot;", '"'},
                                           {"&#39;", '\''},
                                           {"&apos;", '\''},
-                                          {"&amp;", '&'}}) {
+                                          {"&amp;", '&'}})
     for (std::size_t at = 0; (at = text.find(entity, at)) != std::string::npos; ++at)
       text.replace(at, entity.size(), 1, character);
-  }
   return text;
 }
 

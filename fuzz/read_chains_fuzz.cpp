@@ -17,12 +17,10 @@ void require(bool holds) {
 void check(const korvex::Chain& chain, const korvex::ReadOptions& options) {
   require(!chain.points.empty() && chain.points.size() == chain.residues.size());
   require(chain.source == "input");
-  for (const korvex::Point& point : chain.points) {
+  for (const korvex::Point& point : chain.points)
     require(std::isfinite(point.x) && std::isfinite(point.y) && std::isfinite(point.z));
-  }
-  for (const korvex::Gap& gap : chain.gaps) {
+  for (const korvex::Gap& gap : chain.gaps)
     require(gap.after + (chain.closed ? 0 : 1) < chain.points.size() && gap.length > 0);
-  }
   require(chain.gaps.empty() || options.gaps == korvex::GapPolicy::kBridge ||
           options.gaps == korvex::GapPolicy::kAuto);
   require(chain.closed ==

@@ -44,8 +44,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const int fast_left = ChainReduce(fast);
   const int plain_left = reference::ChainReduce(plain);
   if (fast_left != plain_left || fast.size() != plain.size()) std::abort();
-  if (!fast.empty() && std::memcmp(fast.data(), plain.data(), fast.size() * sizeof fast[0]) != 0) {
+  if (!fast.empty() && std::memcmp(fast.data(), plain.data(), fast.size() * sizeof fast[0]) != 0)
     std::abort();
-  }
   return 0;
 }

@@ -31,13 +31,8 @@
 #include <utility>
 #include <vector>
 
+#include "korvex/export.hpp"
 #include "preprocess.h"
-
-#if defined(__GNUC__)
-#define KORVEX_API __attribute__((visibility("default")))
-#else
-#define KORVEX_API
-#endif
 
 using boost::math::tools::polynomial;
 

@@ -12,11 +12,10 @@
 #include <string>
 #include <vector>
 
-#if defined(__GNUC__)
-#define PREPROCESS_API __attribute__((visibility("default")))
-#else
-#define PREPROCESS_API
-#endif
+#include "korvex/export.hpp"
+
+// What libpreprocess shows.
+#define PREPROCESS_API KORVEX_API
 
 // One vertex of a chain.
 struct ChainAtom {

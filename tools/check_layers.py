@@ -104,6 +104,12 @@ def included_arrows():
     return arrows
 
 
+def room_of_object(path):
+    """The room of an object file of one source, or of all of a room that are compiled together."""
+    together = re.fullmatch(r"unity_(\w+(?:-\w+)?)_cxx\.cxx\.o", path.name)
+    return together[1].replace("-", "/") if together else room_of(path)
+
+
 def symbols(directory):
     """Of every object file of a room: (room, symbol, its kind as nm tells it)."""
     objects = sorted(directory.glob("*_objects.dir/**/*.o"))
@@ -114,7 +120,7 @@ def symbols(directory):
     for line in result.stdout.splitlines():
         path, name, kind = re.match(r"(.+\.o): (\S+) (\S)", line).groups()
         below = pathlib.Path(path).relative_to(directory).parts[1:]
-        yield room_of(pathlib.PurePath(*below)), name, kind
+        yield room_of_object(pathlib.PurePath(*below)), name, kind
 
 
 def used_arrows(directory):

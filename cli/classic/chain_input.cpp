@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstring>
 #include <fstream>
+#include <new>
 
 #include "command.hpp"
 #include "korvex/error.hpp"
@@ -71,9 +72,12 @@ std::string why_unreadable(const std::string& path, const std::string& name) {
   if (S_ISDIR(status.st_mode)) return name + ": it is a directory; name a file";
   if (access(path.c_str(), R_OK) != 0) return name + ": " + std::strerror(errno);
   if (S_ISREG(status.st_mode) && status.st_size == 0) return name + ": it is empty";
+  if (S_ISFIFO(status.st_mode))
+    return name + ": the pipe gives no chain; save its bytes to a file to learn why";
   try {
     std::ifstream file(path, std::ios::binary);
-    read_chains(Source::stream(file, name));
+    // What the engine reads, ChainRead has given up for want of memory alone.
+    if (!read_chains(Source::stream(file, name)).empty()) throw std::bad_alloc();
   } catch (const Error& error) {
     return error.what();
   }

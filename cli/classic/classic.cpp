@@ -54,9 +54,8 @@ std::vector<ChainAtom> closed(const std::string& name, const std::vector<ChainAt
 bool has_usable_projection(std::vector<ChainAtom> chain) {
   constexpr int kDirections = 30;
   ChainReduce(chain, true);
-  for (int direction = 0; direction < kDirections; ++direction) {
+  for (int direction = 0; direction < kDirections; ++direction)
     if (FindTheKnotInParticularDirection(chain, direction) != kUnusable) return true;
-  }
   return false;
 }
 
@@ -66,9 +65,8 @@ void require_answer(const std::string& name, const std::vector<ChainAtom>& chain
                     ClosureCode closure) {
   constexpr int kClosures = 10;
   require_atoms(name, chain);
-  for (int i = 0; i < (is_random(closure) ? kClosures : 1); ++i) {
+  for (int i = 0; i < (is_random(closure) ? kClosures : 1); ++i)
     if (has_usable_projection(closed(name, chain, closure))) return;
-  }
   fail(name, "no projection of this chain has a usable determinant: it is too entangled");
 }
 

@@ -22,7 +22,7 @@ enum class Mode { kMatrix, kDict };
 
 const Choices<Mode> kModes = {{"matrix", Mode::kMatrix}, {"dict", Mode::kDict}};
 
-struct Options {
+struct FingerprintArguments {
   std::string file;
   std::string output;
   ClosureCode closure = ClosureCode::kTwoPoints;
@@ -36,7 +36,7 @@ struct Options {
 };
 
 // One line about what was written, where it does not mix with the fingerprint.
-void report(const Options& options, std::size_t atoms, unsigned seed) {
+void report(const FingerprintArguments& options, std::size_t atoms, unsigned seed) {
   std::ostream& out = options.output == "-" ? std::cerr : std::cout;
   out << "# " << options.file << ": " << atoms << " atoms, closure "
       << name_of(options.closure, kClosures) << ", " << options.trials
@@ -44,7 +44,7 @@ void report(const Options& options, std::size_t atoms, unsigned seed) {
       << options.threshold << " %, seed " << seed << "\n";
 }
 
-Exit run_fingerprint(const Options& options) {
+Exit run_fingerprint(const FingerprintArguments& options) {
   refuse_to_replace(options.file, options.output);
   OutputFile output(options.output);
   const unsigned seed = choose_seed(options.seed);
@@ -66,14 +66,14 @@ Exit run_fingerprint(const Options& options) {
 }  // namespace
 
 Command fingerprint_command() {
-  auto options = std::make_shared<Options>();
+  auto options = std::make_shared<FingerprintArguments>();
   Command command{
       "fingerprint", "Write the knots of a chain's sub-chains to a file", {}, [options] {
         return run_fingerprint(*options);
       }};
   command.add(classic_flag());
   command.add(file(options->file));
-  command.add(output(options->output));
+  command.add(output(options->output, "fingerprint"));
   command.add(choice("--closure", options->closure, kFingerprintClosures,
                      "How the ends of every sub-chain are joined;\n"
                      "see korvex knot --help"));

@@ -18,9 +18,9 @@
 namespace korvex::cli::classic {
 namespace {
 
-const Choices<ReportFormat> kFormats = choices_of(vote_formats());
+const Choices<ReportFormat> kVotesFormats = choices_of(vote_formats());
 
-struct Options {
+struct KnotArguments {
   std::vector<std::string> files;
   ClosureCode closure = ClosureCode::kDirection;
   int trials = 100;
@@ -30,7 +30,7 @@ struct Options {
   bool verbose = false;
 };
 
-KnotResult answer_one(const std::string& file, const Options& options, unsigned seed) {
+KnotResult answer_one(const std::string& file, const KnotArguments& options, unsigned seed) {
   KnotResult result;
   result.file = file;
   const std::vector<ChainAtom> chain = read_chain(file);
@@ -46,23 +46,24 @@ KnotResult answer_one(const std::string& file, const Options& options, unsigned 
   return result;
 }
 
-Exit run_knot(const Options& options) {
+Exit run_knot(const KnotArguments& options) {
   const LibraryLog log(shown_if(options.verbose));
   const unsigned seed = choose_seed(options.seed);
   KnotReport report(
       std::cout, options.format,
       {name_of(options.closure, kClosures), determinations(options.closure, options.trials), seed});
+  flush_output();
   Exit exit = Exit::kDone;
   for (const std::string& file : options.files) {
     try {
       report.add(answer_one(file, options, seed));
     } catch (const Failure& failure) {
-      complain(failure.what());
-      exit = failure.status();
+      if (failure.status() == Exit::kInternal) throw;
+      exit = told_failure();
     } catch (const std::bad_alloc&) {
-      complain(file + ": there is not enough memory for this chain");
-      exit = Exit::kSomeInputsFailed;
+      throw no_memory_for(file);
     }
+    flush_output();
   }
   report.finish();
   return exit;
@@ -71,7 +72,7 @@ Exit run_knot(const Options& options) {
 }  // namespace
 
 Command knot_command() {
-  auto options = std::make_shared<Options>();
+  auto options = std::make_shared<KnotArguments>();
   Command command{"knot", "Name the knot that each file's chain forms", {}, [options] {
                     return run_knot(*options);
                   }};
@@ -92,7 +93,7 @@ Command knot_command() {
                "atoms at a distance of zero, below half or\n"
                "beyond 1.5 times the chain's median",
                &options->check});
-  command.add(choice("--format", options->format, kFormats,
+  command.add(choice("--format", options->format, kVotesFormats,
                      "text, the ranked list with percentages; tsv and\n"
                      "json, the votes and share of every knot type too"));
   command.add(verbose_flag(options->verbose));

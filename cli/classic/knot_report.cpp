@@ -22,13 +22,12 @@ KnotReport::KnotReport(std::ostream& out, ReportFormat format, KnotSettings sett
 }
 
 void KnotReport::add(const KnotResult& result) {
-  if (format_ == ReportFormat::kText) {
+  if (format_ == ReportFormat::kText)
     out_ << fmt::format("{}: {}\n", quoted_for_terminal(result.file), result.answer.text);
-  } else if (format_ == ReportFormat::kTsv) {
+  else if (format_ == ReportFormat::kTsv)
     add_tsv(result);
-  } else {
+  else
     add_json(result);
-  }
   out_ << std::flush;
   first_ = false;
 }

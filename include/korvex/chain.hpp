@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -48,6 +49,10 @@ struct Chain {
   std::vector<Gap> gaps;               // those that are bridged by straight lines, in chain order
   double bond = 0;                     // median distance of neighbours, unit of the chain
   std::size_t mended = 0;              // bonds that a vector of the periodic box made whole
+  std::optional<double> time;          // of its frame, as the file has it (XTC, TRR and GRO: ps)
+  std::optional<std::int64_t> step;    // of its frame
+  // Confidence of a predicted model in each point, 0 to 100; empty where the file tells of none.
+  std::vector<float> plddt;
   int part = 0;             // of a chain that was split at gaps: which part, from 1; else 0
   double split_length = 0;  // the gap between the part before and this one
 

@@ -48,8 +48,10 @@ struct ClosureMap {
   const TypeShare& dominant() const { return types.front(); }
 };
 
+inline constexpr std::size_t kMostRegions = 10'000'000;  // that a map may be asked for
+
 struct ClosureMapOptions {
-  std::size_t most_regions = 100'000;  // at most 10 million
+  std::size_t most_regions = 100'000;  // at most kMostRegions
   bool boundaries = true;              // false leaves ClosureRegion::boundaries empty
 };
 

@@ -1,4 +1,4 @@
-// KORVEX_API marks what libkorvex shows: everything else is hidden.
+// KORVEX_API marks what a library of korvex shows: everything else is hidden.
 #pragma once
 
 #if defined(__GNUC__)

@@ -33,15 +33,13 @@ struct FingerprintOptions {
   std::size_t most_memory = std::size_t{4} << 30;
 };
 
+struct FingerprintData;
+
 // The votes, or the exact shares, of all sub-chains that begin and end at stations: residues 0,
 // step, 2 step, ... and the last one. A sub-chain is named by the numbers of its stations, begin <
 // end. A value: copies share what they hold and may be read from many threads.
 class KORVEX_API Fingerprint {
  public:
-  struct Data;
-
-  explicit Fingerprint(std::shared_ptr<const Data> data) : data_(std::move(data)) {}
-
   // Residue of each station: an index into the chain, 0-based, rising.
   const std::vector<std::int32_t>& stations() const;
   // Whether shares are exact. There are no votes then.
@@ -73,7 +71,10 @@ class KORVEX_API Fingerprint {
   Dominant dominant(std::size_t begin, std::size_t end) const;
 
  private:
-  std::shared_ptr<const Data> data_;
+  friend struct FingerprintData;
+  explicit Fingerprint(std::shared_ptr<const FingerprintData> data) : data_(std::move(data)) {}
+
+  std::shared_ptr<const FingerprintData> data_;
 };
 
 // Fingerprint of `chain`, points in order along the backbone. Throws Error(kInvalidArgument) for

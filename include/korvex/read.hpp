@@ -1,7 +1,8 @@
 // Reading chains from files, pipes, streams and buffers.
 //
 // Formats, told by the content alone, each also compressed with gzip:
-// - PDB and mmCIF: every polymer chain of every model, by one atom a residue: CA, or P for nucleic
+// - PDB, mmCIF and BinaryCIF: every polymer chain of every model, by one atom a residue: CA, or P
+// for nucleic
 //   acids. Modified residues are kept; ligands, lipids, waters and ions are not. Of alternative
 //   locations the one of highest occupancy, the first among equals. A TER record ends a chain, and
 //   CONECT records between the ends of a chain close it. Ångström.
@@ -11,21 +12,32 @@
 // - LAMMPS text dump: one chain a molecule (column `mol`) and frame, atoms in the order of their
 //   `id`. Positions from the first of: xu yu zu; xsu ysu zsu; x y z or xs ys zs with ix iy iz; x y
 //   z or xs ys zs alone.
+// - XTC, TRR and DCD trajectories: all atoms as one chain, or the chains of ReadOptions::topology.
+//   Lengths of XTC and TRR are turned from nanometres into ångström.
 // - Plain text: `id x y z` or `x y z` in each line, `#` comments, blank lines.
 // Periodic boxes are read from the box of GRO files and LAMMPS dumps, from CRYST1 (PDB), _cell
 // (mmCIF) and Lattice= (extended XYZ): see ReadOptions::unwrap. Other lengths stay in the unit of
 // the input. A last point that repeats the first exactly is taken off and makes the chain closed.
 //
-// Errors: Error with code kCannotRead (no such file, a directory, longer than 4 GiB, ...),
+// Predicted models tell their confidence (pLDDT) in place of B factors: mmCIF files by
+// _ma_qa_metric, PDB files of the AlphaFold database by their title and remarks, others by a remark
+// that names it. The time or step of a frame is that of TIMESTEP and TIME (LAMMPS), `t=` and
+// `step=` (GRO titles, PDB titles), `Time=` or `t=` and `Step=` (XYZ comments), and of XTC and TRR;
+// DCD has steps alone.
+//
+// Errors: Error with code kCannotRead (no such file, a directory, longer than may be, ...),
 // kBadInput (a text that breaks its format's rules anywhere, a number that is not finite, a gap
 // that GapPolicy::kReject forbids) or kInvalidArgument (a selection that nothing meets, or a chain
 // that no selected model has: thrown at the end, when all others have been visited). The message
 // names file and line and says what to do.
 //
-// Complexity: time linear in the input, up to sorting. Memory: the input as it is stored, its text
-// after decompression, and the atoms of one model; of mmCIF files, whose models may be interleaved,
-// the values of all rows and the atoms of all models. Thread contract: safe from any number of
-// threads on sources of their own.
+// Complexity: time linear in the input, up to sorting. Memory: inputs of up to 1 MiB, as they are
+// stored, and mmCIF and BinaryCIF files, of up to 4 GiB, are held whole, with the values of all
+// rows and the atoms of all models; of others, however long, a window of the text and one frame. A
+// frame behind the last that is selected is not looked at, but in PDB, mmCIF and BinaryCIF files,
+// whose models have numbers. PDB files longer than 1 MiB are read twice, for the bonds at their
+// end; where that cannot be, as in pipes, CONECT records behind a model throw Error. Thread
+// contract: safe from any number of threads on sources of their own.
 #pragma once
 
 #include <cstdint>
@@ -59,6 +71,8 @@ class KORVEX_API Source {
   std::string load() const;
 
  private:
+  friend struct SourceBytes;
+
   std::string name_;
   std::string bytes_;
   std::istream* stream_ = nullptr;
@@ -111,12 +125,18 @@ struct ReadOptions {
   std::vector<std::string> atoms = {};
   ResidueRange residues = {};  // default: all
   Numbering numbering = Numbering::kAuthor;
+  // Cuts residues of a confidence below this off both ends of chains of predicted models; those in
+  // the middle stay. 0 cuts nothing; else a chain without confidences throws Error
+  // (kInvalidArgument).
+  double min_plddt = 0;
   bool closed = false;  // the last point is joined to the first
   // Cuts what the input has as one chain into chains of so many points, named by their numbers from
   // 1 (behind the chain's name and a dot where it has one); 0 cuts nothing.
   std::size_t chain_length = 0;
-  // A LAMMPS data file with the molecules and bonds of a LAMMPS dump: a chain is then what bonds
-  // join, in their order, and closed where they close it; without bonds, a molecule. Empty: none.
+  // A file with the chains of a trajectory that has positions alone (XTC, TRR, DCD): PDB, GRO,
+  // mmCIF, of which the first model counts, or LAMMPS data. LAMMPS data also tell the molecules and
+  // bonds of a LAMMPS dump: a chain is then what bonds join, in their order, and closed where they
+  // close it; without bonds, a molecule. Empty: none.
   std::string topology = {};
   GapPolicy gaps = GapPolicy::kAuto;
   double max_gap = 10;  // in median bonds, at least 1.5
@@ -131,8 +151,8 @@ struct ReadOptions {
 KORVEX_API std::vector<Chain> read_chains(const Source& source, const ReadOptions& options = {});
 
 // Hands the chains that read_chains would give to `visit` one after another, so that of a long
-// trajectory only the text and the chains of one frame are in memory (mmCIF: see above); reading
-// stops when `visit` returns false.
+// trajectory only the chains of one frame are in memory (mmCIF: see above); reading stops when
+// `visit` returns false.
 KORVEX_API void visit_chains(const Source& source, const ReadOptions& options,
                              const std::function<bool(Chain&&)>& visit);
 

@@ -47,12 +47,14 @@ KORVEX_API std::span<const ReportFormat> catalogue_formats();
 KORVEX_API std::span<const ReportFormat> fingerprint_formats();
 KORVEX_API std::span<const ReportFormat> location_formats();
 KORVEX_API std::span<const ReportFormat> map_formats();
+KORVEX_API std::span<const ReportFormat> scan_formats();
 
 // The label of residue `index`, 0-based: "24", "52A", or index + 1 without residues. Not quoted.
 KORVEX_API std::string residue_label(std::span<const Residue> residues, std::size_t index);
 
-// "FILE model 2 chain A part 1" for people: the model where it is not the first, the chain where it
-// has a name, the part where the chain was split.
+// "FILE model 2 time 12.5 chain A part #1" for people: the model where it is not the first, the
+// time of its frame where it has one, or else the step, the chain where it has a name, the part
+// where the chain was split.
 KORVEX_API std::string title_of(const Chain& chain);
 
 // Answers of one kind, one after another. What stands before the first is written when the report
@@ -85,7 +87,8 @@ class KORVEX_API Report {
 // kText: a line a chain. kTsv: a line a type: source, model, chain, residues, closure, trials,
 // type, votes, share, the 95 % interval of the share, and what is doubtful about the chain: gaps
 // that are bridged, the longest of them, bonds mended by the periodic box, ends (apart, near,
-// asked, repeated or bonded, as ChainEnds has them), and part (0 for a whole chain). kJson: the
+// asked, repeated or bonded, as ChainEnds has them), part (0 for a whole chain), and where they are
+// known the time and step of the frame and the mean confidence (pLDDT). kJson: the
 // same, `proven`, the crossings left in diagrams, and what is known of a closed curve.
 //
 // Shares that are exact have no trials and no votes: `exact` stands for the trials in kTsv, where
@@ -109,10 +112,10 @@ class KORVEX_API CatalogueReport : public Report {
 
 // kText: a line a chain and below it one or more for each place of a knot. kTsv: a line for each
 // place, with the bridged gaps in its core and, as all answers, what is doubtful about the chain,
-// or one with the type alone where there is none; `exact` stands for the trials where shares are
-// exact, and shares have nine digits then. kJson: an object a chain. kPymol, kChimerax:
-// commands; Error(kInvalidArgument) where chain.source is no file that the viewer loads, or a name
-// could be taken for a command.
+// or one with the type alone where there is none, the mean confidences of chain and core last;
+// `exact` stands for the trials where shares are exact, and shares have nine digits then. kJson: an
+// object a chain. kPymol, kChimerax: commands; Error(kInvalidArgument) where chain.source is no
+// file that the viewer loads, or a name could be taken for a command.
 class KORVEX_API LocationReport : public Report {
  public:
   LocationReport(ReportFormat format, std::ostream& out);

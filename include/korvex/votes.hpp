@@ -17,15 +17,17 @@
 
 namespace korvex {
 
+inline constexpr std::size_t kMostVotes = 10'000'000;  // that are cast at once
+
 struct VoteOptions {
   Closure closure = Closure::kRays;
   Sampling sampling = Sampling::kLattice;  // of the directions of rays and two points
   // Votes by rays or by two points; the other closures cast one. 0 draws lattices of 100 votes each
   // until the interval of the most frequent type lies above one half, or no type's interval is
   // wider than twice the tolerance, or there are most_trials votes.
-  std::size_t trials = 100;          // at most 10 million
+  std::size_t trials = 100;          // at most kMostVotes
   double tolerance = 0.02;           // share of the votes, above 0
-  std::size_t most_trials = 10'000;  // 100 to 10 million
+  std::size_t most_trials = 10'000;  // 100 to kMostVotes
   // False leaves out the first of these ends: the shares of all types are to be known.
   bool majority_settles = true;
 };

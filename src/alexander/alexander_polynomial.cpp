@@ -13,33 +13,33 @@ namespace korvex::alexander {
 
 namespace {
 
-struct Coefficients {
+struct LinearEntry {
   std::array<int, 2> c;
   std::size_t count;
 };
 
-constexpr Coefficients kZero{{0, 0}, 0};
-constexpr Coefficients kOne{{1, 0}, 1};
-constexpr Coefficients kMinusOne{{-1, 0}, 1};
-constexpr Coefficients kT{{0, 1}, 2};
-constexpr Coefficients kMinusT{{0, -1}, 2};
-constexpr Coefficients kOneMinusT{{1, -1}, 2};
+constexpr LinearEntry kZero{{0, 0}, 0};
+constexpr LinearEntry kOne{{1, 0}, 1};
+constexpr LinearEntry kMinusOne{{-1, 0}, 1};
+constexpr LinearEntry kT{{0, 1}, 2};
+constexpr LinearEntry kMinusT{{0, -1}, 2};
+constexpr LinearEntry kOneMinusT{{1, -1}, 2};
 
-constexpr RowEntries<const Coefficients*> kPositive{&kOneMinusT, &kMinusOne, &kT, &kMinusT, &kOne};
-constexpr RowEntries<const Coefficients*> kNegative{&kOneMinusT, &kT, &kMinusOne, &kOne, &kMinusT};
+constexpr RowEntries<const LinearEntry*> kPositive{&kOneMinusT, &kMinusOne, &kT, &kMinusT, &kOne};
+constexpr RowEntries<const LinearEntry*> kNegative{&kOneMinusT, &kT, &kMinusOne, &kOne, &kMinusT};
 
 // The entries of one row, the columns rising.
 class Row {
  public:
   struct Entry {
     std::size_t column;
-    const Coefficients* value;
+    const LinearEntry* value;
   };
 
   explicit Row(const Crossing& crossing) {
-    const Coefficients* const zero = &kZero;
+    const LinearEntry* const zero = &kZero;
     fill_row(crossing, crossing.type != 0 ? kPositive : kNegative, zero,
-             [this](std::size_t column, const Coefficients* value) {
+             [this](std::size_t column, const LinearEntry* value) {
                set({column, value});
              });
   }
@@ -50,9 +50,8 @@ class Row {
   void set(Entry entry) {
     std::size_t place = 0;
     while (place < count_ && entries_[place].column < entry.column) ++place;
-    if (place == count_ || entries_[place].column != entry.column) {
+    if (place == count_ || entries_[place].column != entry.column)
       for (std::size_t k = count_++; k > place; --k) entries_[k] = entries_[k - 1];
-    }
     entries_[place] = entry;
   }
 
@@ -68,9 +67,8 @@ polynomial<int> alexander_polynomial(const std::vector<Crossing>& crossings) {
   SparseMatrix matrix(rows);
   for (std::size_t k = 0; k < rows; ++k) {
     const Row row(crossings[k]);
-    for (const auto& [column, value] : row.entries()) {
+    for (const auto& [column, value] : row.entries())
       if (column < rows) matrix.append(k, column, value->c.data(), value->count);
-    }
   }
   std::vector<int> determinant = matrix.determinant();
   // The one entry of a matrix of one row is stored as {0}, which is normalised to 1.

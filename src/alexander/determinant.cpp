@@ -4,24 +4,15 @@
 #include <utility>
 #include <vector>
 
-#include "alexander/exact_remainder.hpp"
+#include "alexander/numeric_determinant.hpp"
 #include "alexander/row_elimination.hpp"
 #include "korvex.h"
 
 namespace {
 
-constexpr double kLargestProduct = 1e8;
-constexpr double kDivisibility = 0.005;
-
 using korvex::alexander::kSmallestPivot;
 
 bool is_usable(double entry) { return std::fabs(entry) > kSmallestPivot; }
-
-bool is_divisible(double x, int p) {
-  const double remainder = korvex::alexander::exact_remainder(x, p);
-  return CompareEq(remainder, 0.0, kDivisibility) || CompareEq(remainder, p, kDivisibility) ||
-         CompareEq(remainder, -static_cast<double>(p), kDivisibility);
-}
 
 }  // namespace
 
@@ -40,12 +31,8 @@ double det_double(std::vector<std::vector<double>>& matrix, int p) {
     // as zero.
     korvex::alexander::eliminate_column(matrix, k, r + 1);
   }
-  for (std::size_t k = 0; k < n; ++k) {
-    while (std::fabs(x) > kLargestProduct && is_divisible(x, p)) x = x / p;
-    x = x * matrix[k][k];
-  }
-  while (is_divisible(x, p)) x = x / p;
-  return std::fabs(x);
+  return korvex::alexander::product_without_factors(
+      x, n, [&](std::size_t k) { return matrix[k][k]; }, p);
 }
 
 void ShowMatrix_double(const std::vector<std::vector<double>>& matrix) {

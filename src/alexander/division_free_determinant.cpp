@@ -18,9 +18,8 @@ void subtract(Coefficients& from, const Coefficients& p) {
 void add_product(Coefficients& to, const Coefficients& a, const Coefficients& b) {
   if (a.empty() || b.empty()) return;
   if (to.size() < a.size() + b.size() - 1) to.resize(a.size() + b.size() - 1, 0);
-  for (std::size_t i = 0; i < a.size(); ++i) {
+  for (std::size_t i = 0; i < a.size(); ++i)
     for (std::size_t j = 0; j < b.size(); ++j) to[i + j] += a[i] * b[j];
-  }
 }
 
 // Row by row; of the matrices of the iteration only the upper triangle is looked at.
@@ -54,9 +53,8 @@ void replace_diagonal(Square& x) {
 Square product(const Square& upper, const Square& a) {
   Square result(a.size());
   for (std::size_t i = 0; i < a.size(); ++i) {
-    for (std::size_t j = i; j < a.size(); ++j) {
+    for (std::size_t j = i; j < a.size(); ++j)
       for (std::size_t k = i; k < a.size(); ++k) add_product(result(i, j), upper(i, k), a(k, j));
-    }
   }
   return result;
 }

@@ -4,7 +4,6 @@
 #include "alexander/fox_row.hpp"
 #include "alexander/stored_polynomial.hpp"
 #include "korvex.h"
-#include "records/wrapping.hpp"
 
 namespace {
 
@@ -41,9 +40,6 @@ std::vector<std::vector<polynomial<int>>> CreateFoxMatrix(const std::vector<Cros
 
 std::vector<std::vector<double>> CreateFoxMatrix_double(const std::vector<Crossing>& crossings,
                                                         int t) {
-  const double point = t;
-  const double minus_t = korvex::records::wrapping_negate(t);
-  const double one_minus_t = korvex::records::wrapping_add(1, korvex::records::wrapping_negate(t));
-  return fox_matrix<double>(crossings, {one_minus_t, point, -1.0, 1.0, minus_t},
-                            {one_minus_t, -1.0, point, minus_t, 1.0}, 0.0);
+  const korvex::alexander::NumericRowEntries entries = korvex::alexander::numeric_row_entries(t);
+  return fox_matrix<double>(crossings, entries.negative, entries.positive, 0.0);
 }

@@ -4,6 +4,7 @@
 #include <cstddef>
 
 #include "korvex.h"
+#include "records/wrapping.hpp"
 
 namespace korvex::alexander {
 
@@ -17,6 +18,19 @@ struct RowEntries {
   Entry summed_in;   // over + in
   Entry summed_out;  // over + out
 };
+
+// The entries at t of rows by the type of their crossing.
+struct NumericRowEntries {
+  RowEntries<double> negative;
+  RowEntries<double> positive;
+};
+
+inline NumericRowEntries numeric_row_entries(int t) {
+  const double point = t;
+  const double minus_t = records::wrapping_negate(t);
+  const double one_minus_t = records::wrapping_add(1, records::wrapping_negate(t));
+  return {{one_minus_t, point, -1.0, 1.0, minus_t}, {one_minus_t, -1.0, point, minus_t, 1.0}};
+}
 
 // Calls set(column, entry) for the row of `crossing`; a later call for a column replaces the entry.
 template <class Entry, class Set>

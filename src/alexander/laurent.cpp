@@ -42,9 +42,8 @@ Laurent plus_product(const Laurent& a, const Laurent& b, const Laurent& c,
   std::fill_n(sum, size, 0U);
   if (!is_zero(a)) std::copy_n(a.c, a.size, sum + (a.low - low));
   std::uint32_t* const product = sum + (b.low + c.low - low);
-  for (std::size_t i = 0; i < b.size; ++i) {
+  for (std::size_t i = 0; i < b.size; ++i)
     for (std::size_t j = 0; j < c.size; ++j) product[i + j] += b.c[i] * c.c[j];
-  }
   return trimmed(sum, size, low);
 }
 

@@ -9,7 +9,7 @@ namespace korvex::alexander {
 
 namespace {
 
-constexpr std::uint32_t kOne[] = {1};
+constexpr std::uint32_t kUnitPolynomial[] = {1};
 constexpr std::size_t kNone = std::numeric_limits<std::size_t>::max();
 
 }  // namespace
@@ -19,7 +19,7 @@ SparseMatrix::SparseMatrix(std::size_t size)
       left_(size, &memory_),
       entries_(size, 0, &memory_),
       column_of_(size, kNone, &memory_),
-      factor_{kOne, 1, 0} {
+      factor_{kUnitPolynomial, 1, 0} {
   for (std::size_t k = 0; k < size; ++k) left_[k] = k;
 }
 
@@ -43,9 +43,8 @@ std::vector<int> SparseMatrix::determinant() {
   const std::uint32_t unit = is_odd_permutation() ? 0U - unit_ : unit_;
   const auto lowest = static_cast<std::size_t>(factor_.low);
   std::vector<int> coefficients(lowest + factor_.size, 0);
-  for (std::size_t k = 0; k < factor_.size; ++k) {
+  for (std::size_t k = 0; k < factor_.size; ++k)
     coefficients[lowest + k] = static_cast<int>(unit * factor_.c[k]);
-  }
   return coefficients;
 }
 
@@ -129,9 +128,8 @@ void SparseMatrix::multiply(const Laurent& value) {
 // Of the rows left; the columns left go to them in order.
 Laurent SparseMatrix::remaining_determinant() {
   std::vector<bool> is_taken(column_of_.size(), false);
-  for (const std::size_t column : column_of_) {
+  for (const std::size_t column : column_of_)
     if (column != kNone) is_taken[column] = true;
-  }
   std::vector<std::size_t> place(column_of_.size(), 0);
   std::size_t next = 0;
   for (std::size_t c = 0; c < is_taken.size(); ++c) {
@@ -140,17 +138,15 @@ Laurent SparseMatrix::remaining_determinant() {
     place[c] = next++;
   }
   std::vector<Laurent> dense(next * next);
-  for (std::size_t k = 0; k < next; ++k) {
+  for (std::size_t k = 0; k < next; ++k)
     for (const Entry& entry : rows_[left_[k]]) dense[k * next + place[entry.column]] = entry.value;
-  }
   return division_free_determinant(dense, next, memory_);
 }
 
 bool SparseMatrix::is_odd_permutation() {
   bool odd = false;
-  for (std::size_t r = 0; r < column_of_.size(); ++r) {
+  for (std::size_t r = 0; r < column_of_.size(); ++r)
     for (; column_of_[r] != r; odd = !odd) std::swap(column_of_[r], column_of_[column_of_[r]]);
-  }
   return odd;
 }
 

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "determination/numbers.hpp"
 #include "korvex.h"
 
 namespace {
@@ -57,7 +58,8 @@ std::string FindTheKnot_poly_string(std::vector<ChainAtom> chain, int maxCrossin
 
 int FindTheKnot_poly_polynomial(std::vector<ChainAtom> chain, polynomial<int>& poly,
                                 double& value) {
-  const int result = FindTheKnotInParticularDirection_poly(std::move(chain), poly, value, 0, 16);
+  const int result = FindTheKnotInParticularDirection_poly(std::move(chain), poly, value, 0,
+                                                           korvex::determination::kMostCrossings);
   if (result == 0) poly = GivePolyByValM3(value);
   return result;
 }
@@ -77,8 +79,7 @@ int CalculatesPoly(std::vector<int> coefficients, int x) {
 
 void PrintChain_ToMathematica(const std::vector<ChainAtom>& chain) {
   std::cout << "{";
-  for (const ChainAtom& atom : chain) {
+  for (const ChainAtom& atom : chain)
     std::cout << "{" << atom.x << "," << atom.y << "," << atom.z << "},";
-  }
   std::cout << "}\n";
 }

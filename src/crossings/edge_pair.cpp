@@ -30,9 +30,8 @@ std::pair<double, double> cross_vertical(const Edge& a, const Edge& b, int& stat
         "segment is degenerated.\n",
         status);
   }
-  if (a.y1 == a.y2) {
+  if (a.y1 == a.y2)
     return problem("PROBLEM with one projection. One segment is degenerated.\n", status);
-  }
   const double s = (b.y2 - a.y2) / (a.y1 - a.y2) +
                    ((a.x2 - b.x2) * (b.y1 - b.y2)) / ((a.y1 - a.y2) * (b.x1 - b.x2));
   const double u = (a.x2 - b.x2) / (b.x1 - b.x2);

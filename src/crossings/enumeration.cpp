@@ -50,9 +50,8 @@ std::size_t bound(std::size_t i, std::size_t edges, bool closed) {
 
 bool test_all(std::vector<Edge>& edges, std::vector<Crossing>& crossings, bool closed) {
   for (std::size_t i = 0; i + 2 < edges.size(); ++i) {
-    for (std::size_t j = i + 2; j < bound(i, edges.size(), closed); ++j) {
+    for (std::size_t j = i + 2; j < bound(i, edges.size(), closed); ++j)
       if (!test(edges, crossings, i, j)) return false;
-    }
   }
   return true;
 }
@@ -60,9 +59,8 @@ bool test_all(std::vector<Edge>& edges, std::vector<Crossing>& crossings, bool c
 bool test_near(std::vector<Edge>& edges, std::vector<Crossing>& crossings, bool closed) {
   korvex::crossings::PairFilter filter(edges);
   for (std::size_t i = 0; i + 2 < edges.size(); ++i) {
-    for (const std::size_t j : filter.candidates(i, i + 2, bound(i, edges.size(), closed))) {
+    for (const std::size_t j : filter.candidates(i, i + 2, bound(i, edges.size(), closed)))
       if (!test(edges, crossings, i, j)) return false;
-    }
   }
   return true;
 }

@@ -106,9 +106,8 @@ std::size_t FindCandidates(const EdgeColumns& edges, const FirstEdge& first, std
       if (HWY_LIKELY(near == 0)) continue;
       if (j < from) near &= ~0U << (from - j);
       if (to - j < kBlock) near &= ~(~0U << (to - j));
-      for (; near != 0; near &= near - 1) {
+      for (; near != 0; near &= near - 1)
         *end++ = static_cast<std::uint32_t>(j + hwy::Num0BitsBelowLS1Bit_Nonzero32(near));
-      }
     }
   }
   return static_cast<std::size_t>(end - found);
@@ -174,12 +173,10 @@ void PairFilter::fill(const std::vector<Edge>& edges) {
     largest = std::max(largest, std::max(std::max(magnitudes[0], magnitudes[1]),
                                          std::max(magnitudes[2], magnitudes[3])));
   }
-  for (std::size_t k = n; k < rounded_up(n, kBlock); ++k) {
+  for (std::size_t k = n; k < rounded_up(n, kBlock); ++k)
     for (double* column : {columns.x2, columns.y2, columns.dx, columns.dy, columns.left,
-                           columns.right, columns.bottom, columns.top}) {
+                           columns.right, columns.bottom, columns.top})
       column[k] = 0;
-    }
-  }
   largest_ = largest;
   is_usable_ = largest >= kSmallest && sum <= kLargest;
 }

@@ -6,16 +6,17 @@
 #include <vector>
 
 #include "alexander/alexander_polynomial.hpp"
+#include "alexander/numeric_determinant.hpp"
+#include "determination/numbers.hpp"
 #include "korvex.h"
+#include "preprocess/directions.hpp"
 #include "records/text_stream.hpp"
 
 namespace korvex::determination {
 
 namespace {
 
-constexpr int kDirections = 60;
-constexpr int kMostCrossings = 16;  // the polynomial determinant's limit
-constexpr int kNumericPoint = 12;   // where the numeric determinant is taken
+constexpr int kNumericPoint = 12;  // where the numeric determinant is taken
 
 // As FindTheKnotInParticularDirection_poly.
 int find_invariant(const std::vector<ChainAtom>& chain, polynomial<int>& poly, double& value,
@@ -29,8 +30,7 @@ int find_invariant(const std::vector<ChainAtom>& chain, polynomial<int>& poly, d
     poly = alexander::alexander_polynomial(crossings);
     return 1;
   }
-  auto matrix = CreateFoxMatrix_double(crossings, kNumericPoint);
-  value = matrix.empty() ? 1.0 : det_double(matrix, kNumericPoint);
+  value = alexander::alexander_value(crossings, kNumericPoint);
   return 0;
 }
 
@@ -45,7 +45,7 @@ int find_ordinal_unreduced(const std::vector<ChainAtom>& chain, int direction) {
 }  // namespace
 
 int find_ordinal(const std::vector<ChainAtom>& chain, int direction) {
-  return find_ordinal_unreduced(chain, direction % kDirections);
+  return find_ordinal_unreduced(chain, direction % preprocess::kDirections);
 }
 
 std::string invariant_text(const std::vector<ChainAtom>& chain, int max_crossings, bool numeric) {
@@ -87,8 +87,7 @@ std::string removeTrailingZeros(float x) {
   stream << std::fixed << std::setprecision(3) << x;
   std::string text = stream.str();
   while (!text.empty() &&
-         ((text.find('.') != std::string::npos && text.back() == '0') || text.back() == '.')) {
+         ((text.find('.') != std::string::npos && text.back() == '0') || text.back() == '.'))
     text.pop_back();
-  }
   return text;
 }

@@ -5,30 +5,30 @@
 #include <algorithm>
 #include <vector>
 
+#include "determination/numbers.hpp"
 #include "korvex.h"
 #include "recognition/ordinals.hpp"
 
 namespace korvex::determination {
 
-inline constexpr double kFactor = 1.25;  // radius of the closing sphere over the chain's own
 inline constexpr int kDirectionsTried = 30;
 
 template <class Kernels>
 void close_and_reduce(std::vector<ChainAtom>& work, int closure_type) {
   switch (closure_type) {
-    case 1:
+    case kCloseOut:
       while (CloseChain_OUT(work, kFactor) == -1) {
       }
       break;
-    case 2:
+    case kCloseTwoPoints:
       while (CloseChain_2points(work, kFactor) == -1) {
       }
       break;
-    case 3:
+    case kCloseOnePoint:
       while (CloseChain_1point(work, kFactor) == -1) {
       }
       break;
-    case 4:
+    case kCloseOneDirection:
       CloseChain_1direction(work);
       break;
     default:
@@ -40,9 +40,8 @@ void close_and_reduce(std::vector<ChainAtom>& work, int closure_type) {
 template <class Kernels>
 int first_usable_answer(const std::vector<ChainAtom>& chain) {
   int ordinal = recognition::kUnusable;
-  for (int d = 0; d < kDirectionsTried && ordinal == recognition::kUnusable; ++d) {
+  for (int d = 0; d < kDirectionsTried && ordinal == recognition::kUnusable; ++d)
     ordinal = Kernels::find_ordinal(chain, d);
-  }
   return ordinal;
 }
 
@@ -51,7 +50,7 @@ int first_usable_answer(const std::vector<ChainAtom>& chain) {
 template <class Kernels>
 int find_one_knot(const std::vector<ChainAtom>& chain, int* counts, int closure_type, int trials) {
   std::fill_n(counts, recognition::kReserved, 0);
-  const int determinations = static_cast<unsigned>(closure_type) > 1 ? trials : 1;
+  const int determinations = static_cast<unsigned>(closure_type) > kCloseOut ? trials : 1;
   std::vector<ChainAtom> work;
   for (int i = 0; i < determinations; ++i) {
     // A chain that no direction can answer is closed anew, without limit.

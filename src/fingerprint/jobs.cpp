@@ -5,11 +5,18 @@
 #include <iostream>
 #include <vector>
 
+#include "determination/numbers.hpp"
 #include "korvex.h"
+#include "preprocess/directions.hpp"
 
 namespace {
 
-constexpr int kDirections = 60;
+using korvex::determination::kCloseOnePoint;
+using korvex::determination::kCloseOut;
+using korvex::determination::kCloseTwoPoints;
+using korvex::determination::kFactor;
+using preprocess::kDirections;
+
 constexpr std::uint64_t kBytesPerPoint = 13;
 
 fPointR3 to_point(const ChainAtom& atom) {
@@ -34,10 +41,9 @@ void advance_generator() {
 }
 
 void close_piece(std::vector<ChainAtom>& piece, int closureType) {
-  constexpr double kFactor = 1.25;
-  if (closureType == 1) CloseChain_OUT(piece, kFactor);
-  if (closureType == 2) CloseChain_2points(piece, kFactor);
-  if (closureType == 3) CloseChain_1point(piece, kFactor);
+  if (closureType == kCloseOut) CloseChain_OUT(piece, kFactor);
+  if (closureType == kCloseTwoPoints) CloseChain_2points(piece, kFactor);
+  if (closureType == kCloseOnePoint) CloseChain_1point(piece, kFactor);
 }
 
 // What a candidate's copies take besides the points pooled so far, in points.
@@ -95,9 +101,8 @@ int PrepareAllInfixesFuleren(const std::vector<ChainAtom>& chain, std::vector<fP
   std::vector<ChainAtom> piece;
   for (; nextJob < candidates.size(); ++nextJob) {
     const Job& candidate = candidates[nextJob];
-    if ((estimate(candidate, trials) + pool.size()) * kBytesPerPoint > memoryLimit) {
+    if ((estimate(candidate, trials) + pool.size()) * kBytesPerPoint > memoryLimit)
       return batch_is_full(jobs, pool, candidate);
-    }
     for (int copy = 0; copy < trials; ++copy) {
       advance_generator();
       piece.assign(chain.begin() + (candidate.begin - 1), chain.begin() + candidate.end);

@@ -80,9 +80,8 @@ class MarkGrid {
   // Whether, of the squares that hold this centre, the last has its own centre elsewhere.
   bool is_marked_last(std::span<const Centre> squares, const Centre& centre) const {
     const Centre* last = &centre;
-    for (const Centre& other : squares) {
+    for (const Centre& other : squares)
       if (std::abs(other.end - centre.end) <= reach_ && other.order > last->order) last = &other;
-    }
     return last->begin != centre.begin || last->end != centre.end;
   }
 
@@ -98,11 +97,9 @@ int PrepareJobsFromNet(const std::vector<ChainAtom>& chain, std::vector<Job>& ca
                        int step) {
   const auto n = static_cast<std::uint32_t>(chain.size());
   const auto spacing = static_cast<std::uint32_t>(step);
-  for (std::uint32_t i = 0; i < n; i += spacing) {
-    for (std::uint32_t j = n - 1; j > i; j = j < spacing ? 0 : j - spacing) {
+  for (std::uint32_t i = 0; i < n; i += spacing)
+    for (std::uint32_t j = n - 1; j > i; j = j < spacing ? 0 : j - spacing)
       candidates.push_back(candidate(chain, i + 1, j + 1));
-    }
-  }
   std::clog << "Choosen " << candidates.size() << " points on the net of matrix.\n";
   return 1;
 }
@@ -110,9 +107,8 @@ int PrepareJobsFromNet(const std::vector<ChainAtom>& chain, std::vector<Job>& ca
 int PrepareJobsAroundNet(const std::vector<ChainAtom>& chain, std::vector<Job>& candidates,
                          const std::vector<RowFile>& rows, int step, int threshold) {
   std::vector<Centre> centres;
-  for (std::size_t k = 0; k < rows.size(); ++k) {
+  for (std::size_t k = 0; k < rows.size(); ++k)
     if (rows[k].strength > threshold) centres.push_back({rows[k].begin, rows[k].end, k});
-  }
   MarkGrid grid(std::move(centres), static_cast<std::int64_t>(chain.size()),
                 std::int64_t{step} - 1);
   grid.for_each_marked([&](std::int64_t row, std::int64_t column) {

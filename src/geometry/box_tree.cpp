@@ -72,11 +72,10 @@ class Search {
       const std::size_t child = kBlock * block + hwy::Num0BitsBelowLS1Bit_Nonzero32(bits);
       if (child * span >= end_) return;
       if ((child + 1) * span <= begin_) continue;
-      if (level == 1) {
+      if (level == 1)
         look_at_leaves(child, box);
-      } else {
+      else
         descend(level - 1, child);
-      }
     }
   }
 
@@ -206,13 +205,12 @@ void BoxTree<kDimensions, Number>::find(const Box& box, std::size_t begin, std::
   std::array<const Block*, kMostLevels> levels;
   for (std::size_t level = 0; level <= top; ++level)
     levels[level] = blocks_.data() + levels_[level];
-  if constexpr (kDimensions == 2) {
+  if constexpr (kDimensions == 2)
     KORVEX_VARIANT(FindInPlane)(levels.data(), top, box, begin, end, found);
-  } else if constexpr (std::is_same_v<Number, double>) {
+  else if constexpr (std::is_same_v<Number, double>)
     KORVEX_VARIANT(FindInSpace)(levels.data(), top, box, begin, end, found);
-  } else {
+  else
     KORVEX_VARIANT(FindOnGrid)(levels.data(), top, box, begin, end, found);
-  }
 }
 
 template class BoxTree<2>;

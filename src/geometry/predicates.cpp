@@ -139,9 +139,8 @@ bool may_run_inside(const Point& p, const Point& q, const Point& r, const Point&
 bool certainly_apart(const Triangle& triangle, const Point& from, const Point& to) {
   const auto& [a, b, c] = triangle;
   if (boxes_apart(a.x, b.x, c.x, from.x, to.x) || boxes_apart(a.y, b.y, c.y, from.y, to.y) ||
-      boxes_apart(a.z, b.z, c.z, from.z, to.z)) {
+      boxes_apart(a.z, b.z, c.z, from.z, to.z))
     return true;
-  }
   const Point leg1 = a - b, leg2 = c - b;
   const Point start = from - b, end = to - b;
   const Estimate start_height = triple_product(leg1, leg2, start);
@@ -160,12 +159,10 @@ bool certainly_apart(const Triangle& triangle, const Point& from, const Point& t
   const bool crosses_plane = certain_sign(start_height) * certain_sign(end_height) < 0;
   if (crosses_plane && (lowest > 0 || highest < 0)) return false;
 
-  for (const int axis : {0, 1, 2}) {
+  for (const int axis : {0, 1, 2})
     if (shadows_apart(shadow(leg1, axis), shadow(leg2, axis), shadow(start, axis),
-                      shadow(end, axis))) {
+                      shadow(end, axis)))
       return true;
-    }
-  }
   return false;
 }
 
@@ -176,9 +173,8 @@ bool certainly_leaves(const Point& corner, const Point& other1, const Point& oth
   const Point d = to - corner;
   if (certain_sign(triple_product(e1, e2, d)) != 0) return true;
   if (dot_sign(e1, d) < 0 && dot_sign(e2, d) < 0) return true;
-  for (const int axis : {0, 1, 2}) {
+  for (const int axis : {0, 1, 2})
     if (shadow_leaves(shadow(e1, axis), shadow(e2, axis), shadow(d, axis))) return true;
-  }
   return false;
 }
 
@@ -188,16 +184,14 @@ Bend bend_at(const Triangle& triangle) {
   if (a == c) return Bend::kSpike;
   const Point near1 = a - b, near2 = c - b;
   if (near1.x * near2.y != near1.y * near2.x || near1.y * near2.z != near1.z * near2.y ||
-      near1.z * near2.x != near1.x * near2.z) {
+      near1.z * near2.x != near1.x * near2.z)
     return Bend::kProper;  // as below, whether the differences are exact or not
-  }
   const Point leg1 = exact_difference(a, b);
   const Point leg2 = exact_difference(c, b);
   if (!products_equal(leg1.x, leg2.y, leg1.y, leg2.x) ||
       !products_equal(leg1.y, leg2.z, leg1.z, leg2.y) ||
-      !products_equal(leg1.z, leg2.x, leg1.x, leg2.z)) {
+      !products_equal(leg1.z, leg2.x, leg1.x, leg2.z))
     return Bend::kProper;
-  }
   return lies_between(a, b, c) ? Bend::kStraight : Bend::kSpike;
 }
 

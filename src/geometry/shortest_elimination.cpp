@@ -107,9 +107,8 @@ class Elimination {
       if (witness != k) wait(k, witness);
     }
     std::vector<Index> left;
-    for (Index k = 0; k < nodes_.size(); ++k) {
+    for (Index k = 0; k < nodes_.size(); ++k)
       if (nodes_[k].is_left) left.push_back(index_[k]);
-    }
     return left;
   }
 
@@ -190,9 +189,8 @@ class Elimination {
       return nodes_[k].after == kNone ? Box::empty() : box_of(k, nodes_[k].after);
     });
     queue_.assign(count, [&](Index k) { return nodes_[k].waits ? queue_.kOut : key_of(k); });
-    for (Index k = 0; k < count; ++k) {
+    for (Index k = 0; k < count; ++k)
       if (nodes_[k].waits) wait(k, nodes_[k].witness);
-    }
     number_at_ = left_ > kFewPoints ? left_ / 3 : 0;
   }
 
@@ -250,9 +248,8 @@ class Elimination {
     include(box, cells_[k]);
     found_.clear();
     tree_.find(box, 0, tree_.size(), found_);
-    for (const std::int32_t edge : found_) {
+    for (const std::int32_t edge : found_)
       if (blocks(static_cast<Index>(edge))) return static_cast<Index>(edge);
-    }
     return kNone;
   }
 

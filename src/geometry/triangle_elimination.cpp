@@ -11,10 +11,10 @@
 namespace korvex {
 namespace {
 
-using Tree = BoxTree<3>;
-using Box = Tree::Box;
+using SegmentTree = BoxTree<3>;
+using SegmentBox = SegmentTree::Box;
 
-void include(Box& box, const Point& p) {
+void include(SegmentBox& box, const Point& p) {
   const std::array coordinates{p.x, p.y, p.z};
   for (std::size_t d = 0; d < 3; ++d) {
     box.low[d] = std::min(box.low[d], coordinates[d]);
@@ -22,20 +22,20 @@ void include(Box& box, const Point& p) {
   }
 }
 
-Box box_of(std::initializer_list<Point> points) {
-  Box box = Box::empty();
+SegmentBox box_of(std::initializer_list<Point> points) {
+  SegmentBox box = SegmentBox::empty();
   for (const Point& p : points) include(box, p);
   return box;
 }
 
-class Elimination {
+class TriangleElimination {
  public:
-  Elimination(std::span<const Point> points, std::span<const Line> obstacles, bool ring,
-              const BeforeEach& before_each)
+  TriangleElimination(std::span<const Point> points, std::span<const Line> obstacles, bool ring,
+                      const BeforeEach& before_each)
       : ring_(ring), before_each_(before_each), kept_(points.size()) {
     std::iota(kept_.begin(), kept_.end(), 0);
     const double scale = unit_scale(points);
-    Box all = Box::empty();
+    SegmentBox all = SegmentBox::empty();
     points_.reserve(points.size());
     for (const Point& p : points) {
       points_.push_back(scale * p);
@@ -64,7 +64,7 @@ class Elimination {
  private:
   struct Obstacle {
     Line line;
-    Box box;
+    SegmentBox box;
   };
 
   const Point& point(std::size_t place) const {
@@ -75,7 +75,7 @@ class Elimination {
   void lay_segments() {
     const std::size_t count = kept_.size() - (ring_ ? 0 : 1);
     segments_.clear();
-    tree_ = Tree(count);
+    tree_ = SegmentTree(count);
     for (std::size_t k = 0; k < count; ++k) {
       segments_.push_back({point(k), point(k + 1 < kept_.size() ? k + 1 : 0)});
       tree_.set(k, box_of({segments_[k].from, segments_[k].to}));
@@ -115,7 +115,7 @@ class Elimination {
     const Point& p = segments_[before].from;
     const Point& q = segments_[before].to;
     const Point& r = segments_[after].to;
-    const Box box = box_of({p, q, r});
+    const SegmentBox box = box_of({p, q, r});
     // What lies close by along the chain is most likely in the way.
     constexpr std::size_t kClose = 32;
     const std::size_t close_begin = before - std::min(before, kClose);
@@ -143,7 +143,7 @@ class Elimination {
   std::vector<Obstacle> obstacles_;
   double extent_ = 0;
   std::vector<Line> segments_;
-  Tree tree_;  // of the boxes of segments
+  SegmentTree tree_;  // of the boxes of segments
   std::vector<std::int32_t> found_;
 };
 
@@ -152,12 +152,12 @@ class Elimination {
 std::vector<std::int32_t> eliminate_open(std::span<const Point> chain,
                                          std::span<const Line> obstacles,
                                          const BeforeEach& before_each) {
-  return Elimination(chain, obstacles, false, before_each).run();
+  return TriangleElimination(chain, obstacles, false, before_each).run();
 }
 
 std::vector<std::int32_t> eliminate_ring(std::span<const Point> ring,
                                          const BeforeEach& before_each) {
-  return Elimination(ring, {}, true, before_each).run();
+  return TriangleElimination(ring, {}, true, before_each).run();
 }
 
 }  // namespace korvex

@@ -74,9 +74,8 @@ Ball ball_of(const std::vector<ChainAtom>& chain) {
   Point sum{0, 0, 0};
   for (const ChainAtom& atom : chain) sum = sum + (position(atom) - origin);
   Ball ball{origin + (1 / static_cast<double>(chain.size())) * sum, 0};
-  for (const ChainAtom& atom : chain) {
+  for (const ChainAtom& atom : chain)
     ball.radius = std::max(ball.radius, length(position(atom) - ball.centre));
-  }
   return ball;
 }
 
@@ -143,9 +142,8 @@ int CloseChain_OUT(std::vector<ChainAtom>& chain, double factor) {
   if (const auto answer = settle(chain, factor, ball)) return *answer;
   const Point first = way_out(ball, position(chain.front()));
   Point last = way_out(ball, position(chain.back()));
-  if (angle_between(first, last) < kSameDirection) {
+  if (angle_between(first, last) < kSameDirection)
     last = std::cos(kFork) * first + std::sin(kFork) * side_towards(first, last);
-  }
   return append(chain, on_sphere(ball, factor, arc(last, first, factor)));
 }
 

@@ -21,9 +21,8 @@ inline bool is_finite(const Point& a) {
 inline Point position(const ChainAtom& atom) { return {atom.x, atom.y, atom.z}; }
 
 inline bool all_finite(const std::vector<ChainAtom>& chain) {
-  for (const ChainAtom& atom : chain) {
+  for (const ChainAtom& atom : chain)
     if (!is_finite(position(atom))) return false;
-  }
   return true;
 }
 

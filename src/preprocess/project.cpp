@@ -5,7 +5,7 @@
 namespace preprocess {
 namespace {
 
-Point unit(Point a) { return (1.0 / std::sqrt(dot(a, a))) * a; }
+Point normalised(Point a) { return (1.0 / std::sqrt(dot(a, a))) * a; }
 
 // A rotation by the unit quaternion w + xi + yj + zk.
 class Rotation {
@@ -66,12 +66,11 @@ std::array<Point, kDirections / 2> half_of_truncated_icosahedron() {
 ViewFrame frame_towards(Point viewer) {
   const Point size{std::fabs(viewer.x), std::fabs(viewer.y), std::fabs(viewer.z)};
   Point axis{0, 0, 1};
-  if (size.x <= size.y && size.x <= size.z) {
+  if (size.x <= size.y && size.x <= size.z)
     axis = {1, 0, 0};
-  } else if (size.y <= size.z) {
+  else if (size.y <= size.z)
     axis = {0, 1, 0};
-  }
-  const Point right = unit(cross(axis, viewer));
+  const Point right = normalised(cross(axis, viewer));
   return {right, cross(viewer, right), viewer};
 }
 
@@ -80,7 +79,7 @@ std::array<ViewFrame, kDirections> make_view_frames() {
   const auto half = half_of_truncated_icosahedron();
   std::array<ViewFrame, kDirections> frames{};
   for (std::size_t k = 0; k < half.size(); ++k) {
-    const Point viewer = unit(rotation(half[k]));
+    const Point viewer = normalised(rotation(half[k]));
     frames[k] = frame_towards(viewer);
     frames[half.size() + k] = frame_towards(-1.0 * viewer);
   }

@@ -13,9 +13,8 @@ namespace {
 // The power of two that brings all coordinates to 1 at most.
 double scale_of(const std::vector<ChainAtom>& chain) {
   double largest = 0;
-  for (const ChainAtom& atom : chain) {
+  for (const ChainAtom& atom : chain)
     largest = std::max({largest, std::fabs(atom.x), std::fabs(atom.y), std::fabs(atom.z)});
-  }
   int exponent = 0;
   std::frexp(largest, &exponent);
   return std::ldexp(1.0, -std::max(exponent, -1000));

@@ -31,9 +31,11 @@ struct AtomSite {
   bool before_first_end = false;         // and none precedes
   std::int32_t serial = 0;               // of the atom, for bonds; 0 for none
   bool padded_name = true;               // its name is written as those of one-letter elements are
+  std::size_t place = 0;                 // among all atoms of its model
   std::size_t run = 0;                   // TER records before it in its model
   std::optional<std::int32_t> sequence;  // place of its residue in the polymer's sequence
   Point position;                        // ångström
+  std::optional<float> plddt = {};       // confidence of a predicted model
 };
 
 // Pairs of atoms by their serial numbers, the lower first.
@@ -43,8 +45,11 @@ using Bonds = std::set<std::pair<std::int32_t, std::int32_t>>;
 struct Model {
   std::int64_t number = 1;
   std::vector<AtomSite> atoms;
+  std::size_t size = 0;  // number of all atoms
   Cell cell;
   const Bonds* bonds = nullptr;  // between serial numbers; null for none
+  std::optional<double> time = {};
+  std::optional<std::int64_t> step = {};
 };
 
 // The names that the user chose, none for the usual trace.

@@ -92,9 +92,8 @@ Lattice::Lattice(const Cell& cell) {
 
 double Lattice::shortest() const {
   double least = 0;
-  for (const Point& step : steps_) {
+  for (const Point& step : steps_)
     if (least == 0 || norm(step) < least) least = norm(step);
-  }
   return least;
 }
 

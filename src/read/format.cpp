@@ -15,7 +15,7 @@ struct Known {
   const char* advice;
 };
 
-constexpr std::array<Known, 9> kUnread = {{
+constexpr std::array<Known, 7> kUnread = {{
     {"BZh", 0, "is compressed with bzip2; unpack it, or compress it with gzip"},
     {"\xfd"
      "7zXZ",
@@ -23,12 +23,28 @@ constexpr std::array<Known, 9> kUnread = {{
     {"\x28\xb5\x2f\xfd", 0, "is compressed with zstd; unpack it, or compress it with gzip"},
     {"PK\x03\x04", 0, "is a zip archive; unpack it"},
     {"ustar", 257, "is a tar archive; unpack it and give the files in it"},
-    {"CORD", 4, "is a DCD trajectory; convert it to PDB, XYZ, GRO or a LAMMPS dump"},
-    {std::string_view("\0\0\x07\xcb", 4), 0,
-     "is an XTC trajectory; convert it to PDB, XYZ, GRO or a LAMMPS dump"},
     {"\xff\xfe", 0, "is UTF-16 text; save it as UTF-8"},
     {"\xfe\xff", 0, "is UTF-16 text; save it as UTF-8"},
 }};
+
+// Formats that are no text.
+struct Binary {
+  std::string_view magic;
+  std::size_t offset;
+  Format format;
+};
+
+constexpr std::array<Binary, 5> kBinary = {{
+    {"CORD", 4, Format::kDcd},
+    {"CORD", 8, Format::kDcd},
+    {std::string_view("\0\0\x07\xcb", 4), 0, Format::kXtc},
+    {std::string_view("\0\0\x07\xe7", 4), 0, Format::kXtc},
+    {std::string_view("\0\0\x07\xc9", 4), 0, Format::kTrr},
+}};
+
+bool has_magic(std::string_view bytes, std::string_view magic, std::size_t offset) {
+  return bytes.size() >= offset && bytes.substr(offset).starts_with(magic);
+}
 
 constexpr std::array<std::string_view, 38> kPdbRecords = {
     "HEADER", "OBSLTE", "TITLE",  "SPLIT",  "CAVEAT", "COMPND", "SOURCE", "KEYWDS",
@@ -39,11 +55,8 @@ constexpr std::array<std::string_view, 38> kPdbRecords = {
 
 // What to do about bytes of a known kind; nothing for others.
 const char* advice_for(std::string_view bytes) {
-  for (const Known& known : kUnread) {
-    if (bytes.size() >= known.offset && bytes.substr(known.offset).starts_with(known.magic)) {
-      return known.advice;
-    }
-  }
+  for (const Known& known : kUnread)
+    if (has_magic(bytes, known.magic, known.offset)) return known.advice;
   return nullptr;
 }
 
@@ -53,8 +66,7 @@ void refuse_binary(std::string_view text, const std::string& file) {
   if (zero == std::string_view::npos) return;
   const auto before =
       std::count(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(zero), '\n');
-  fail_at(file, static_cast<std::size_t>(before) + 1,
-          "is not text; give PDB, mmCIF, GRO, XYZ, a LAMMPS dump or plain text");
+  fail_not_text(file, static_cast<std::size_t>(before) + 1);
 }
 
 bool is_mmcif_start(std::string_view line) {
@@ -75,17 +87,39 @@ bool is_pdb_record(std::string_view line) {
 // A PDB file may begin with anything; its atoms tell it.
 bool has_pdb_atoms(std::string_view text, const std::string& file) {
   Lines lines(text, file);
-  while (lines.next()) {
+  while (lines.next())
     if (lines.line().starts_with("ATOM  ") || lines.line().starts_with("HETATM")) return true;
-  }
   return false;
 }
 
 }  // namespace
 
-bool is_binary(std::string_view bytes) { return advice_for(bytes) != nullptr; }
+namespace {
+
+// A map of MessagePack, of up to 15 or of more keys, one of which has the blocks of BinaryCIF.
+bool is_bcif(std::string_view bytes) {
+  if (bytes.empty()) return false;
+  const auto first = static_cast<unsigned char>(bytes[0]);
+  const bool is_map = (first > 0x80 && first < 0x90) || first == 0xde || first == 0xdf;
+  constexpr std::size_t kTelling = 65536;
+  return is_map && bytes.substr(0, kTelling).find("dataBlocks") != std::string_view::npos;
+}
+
+}  // namespace
+
+std::optional<Format> binary_format(std::string_view bytes) {
+  for (const Binary& binary : kBinary)
+    if (has_magic(bytes, binary.magic, binary.offset)) return binary.format;
+  if (is_bcif(bytes)) return Format::kBcif;
+  return {};
+}
+
+bool is_binary(std::string_view bytes) {
+  return advice_for(bytes) != nullptr || binary_format(bytes).has_value();
+}
 
 Format detect_format(std::string_view text, const std::string& file) {
+  if (const std::optional<Format> binary = binary_format(text)) return *binary;
   refuse_binary(text, file);
   if (looks_like_gro(text, file)) return Format::kGro;
   Lines lines(text, file);

@@ -28,12 +28,10 @@ double distance(const Point& a, const Point& b) {
 std::vector<double> bond_lengths(const Chain& chain) {
   std::vector<double> lengths;
   const std::size_t size = chain.points.size();
-  for (std::size_t i = 0; i + 1 < size; ++i) {
+  for (std::size_t i = 0; i + 1 < size; ++i)
     lengths.push_back(distance(chain.points[i], chain.points[i + 1]));
-  }
-  if (chain.closed && size > 1) {
+  if (chain.closed && size > 1)
     lengths.push_back(distance(chain.points.back(), chain.points.front()));
-  }
   return lengths;
 }
 
@@ -95,18 +93,18 @@ Chain part_of(const RawChain& raw, std::size_t first, std::size_t last) {
   Chain part;
   part.points.assign(chain.points.begin() + from, chain.points.begin() + to);
   part.residues.assign(chain.residues.begin() + from, chain.residues.begin() + to);
+  if (!chain.plddt.empty()) part.plddt.assign(chain.plddt.begin() + from, chain.plddt.begin() + to);
   part.name = chain.name;
   part.source = chain.source;
   part.model = chain.model;
+  part.time = chain.time;
+  part.step = chain.step;
   part.bond = chain.bond;
-  for (const Gap& gap : chain.gaps) {
-    if (gap.after >= first && gap.after + 1 < last) {
+  for (const Gap& gap : chain.gaps)
+    if (gap.after >= first && gap.after + 1 < last)
       part.gaps.push_back({gap.after - first, gap.length});
-    }
-  }
-  for (std::size_t i = first + 1; !raw.mended.empty() && i < last; ++i) {
+  for (std::size_t i = first + 1; !raw.mended.empty() && i < last; ++i)
     part.mended += raw.mended[i] ? 1U : 0U;
-  }
   return part;
 }
 
@@ -121,6 +119,7 @@ void open_at(RawChain& raw, std::vector<Gap>& broken) {
   };
   turn(chain.points);
   turn(chain.residues);
+  turn(chain.plddt);
   turn(raw.mended);
   for (std::vector<Gap>* gaps : {&chain.gaps, &broken}) {
     for (Gap& gap : *gaps) gap.after = (gap.after + size - first) % size;

@@ -99,9 +99,8 @@ std::vector<double> box_numbers(std::string_view line) {
 // The box closes a frame; without it the frame is cut short.
 Cell read_box(const Lines& lines) {
   std::vector<double> box = box_numbers(lines.line());
-  if (box.size() != 3 && box.size() != 9) {
+  if (box.size() != 3 && box.size() != 9)
     lines.fail("expected the 3 or 9 numbers of the box, but found " + in_quotes(lines.line()));
-  }
   box.resize(9);
   for (double& length : box) length *= kAngstromPerNanometre;
   return {{{box[0], box[3], box[4]}, {box[5], box[1], box[6]}, {box[7], box[8], box[2]}}};
@@ -111,22 +110,20 @@ Cell read_box(const Lines& lines) {
 
 bool looks_like_gro(std::string_view text, const std::string& file) {
   Lines lines(text, file);
-  if (!lines.next() || !lines.next() || !to_int32(trimmed(lines.line())) || !lines.next()) {
+  if (!lines.next() || !lines.next() || !to_int32(trimmed(lines.line())) || !lines.next())
     return false;
-  }
   return coordinate_width(lines.line()) && to_int32(trimmed(columns(lines.line(), 1, 5)));
 }
 
-void parse_gro(std::string_view text, const std::string& file, const ReadOptions& options,
-               const ModelSink& sink) {
-  Lines lines(text, file);
+void parse_gro(Lines& lines, const ReadOptions& options, const ModelSink& sink) {
   const ChosenAtoms chosen(options.atoms);
   for (std::int64_t frame = 1; !lines.only_blanks_left(); ++frame) {
     lines.next();
     const std::size_t title = lines.number();
-    if (!lines.next()) {
+    const std::optional<double> time = number_after(lines.line(), "t=");
+    const std::optional<std::int64_t> step = integer_after(lines.line(), "step=");
+    if (!lines.next())
       lines.fail("the file ends after a title; it may be cut short: copy it again");
-    }
     const std::optional<std::int32_t> count = to_int32(trimmed(lines.line()));
     if (!count || *count < 0) {
       lines.fail("expected the number of atoms of the frame that line " + std::to_string(title) +
@@ -134,6 +131,8 @@ void parse_gro(std::string_view text, const std::string& file, const ReadOptions
     }
     Model model;
     model.number = frame;
+    model.time = time;
+    model.step = step;
     ChainCounter chains;
     std::size_t width = 0;
     for (std::int32_t i = 0; i < *count; ++i) {
@@ -144,11 +143,11 @@ void parse_gro(std::string_view text, const std::string& file, const ReadOptions
       if (i == 0) width = coordinate_width(lines.line()).value_or(0);
       AtomSite site = read_atom(lines, width);
       site.chain = chains.key(site.number);
+      site.place = model.size++;
       if (matters_for_trace(site.name, chosen)) model.atoms.push_back(std::move(site));
     }
-    if (!lines.next()) {
+    if (!lines.next())
       lines.fail("the file ends before the box of its frame; it may be cut short: copy it again");
-    }
     model.cell = read_box(lines);
     sink(std::move(model));
   }

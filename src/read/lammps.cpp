@@ -58,18 +58,16 @@ struct Bead {
 
 class LammpsParser {
  public:
-  LammpsParser(std::string_view text, const std::string& file, const ReadOptions& options,
-               const ChainSink& sink)
-      : lines_(text, file), chosen_(options.atoms), unwrap_(options.unwrap), sink_(sink) {
+  LammpsParser(Lines& lines, const ReadOptions& options, const ChainSink& sink)
+      : lines_(lines), chosen_(options.atoms), unwrap_(options.unwrap), sink_(sink) {
     if (!options.topology.empty()) topology_ = read_topology(options.topology);
   }
 
   void parse() {
     while (lines_.next_filled()) {
       std::string_view rest = lines_.line();
-      if (take_word(rest) != "ITEM:") {
+      if (take_word(rest) != "ITEM:")
         lines_.fail("expected `ITEM: ...`, but found " + in_quotes(lines_.line()));
-      }
       const std::string_view item = trimmed(rest);
       if (item.starts_with("ATOMS")) {
         read_atoms(item.substr(5));
@@ -80,8 +78,14 @@ class LammpsParser {
       } else if (item == "TIMESTEP") {
         in_frame_ = true;
         need_line("the time step");
-      } else if (item == "UNITS" || item == "TIME") {
+        step_ = to_integer(trimmed(lines_.line()));
+        time_.reset();
+      } else if (item == "UNITS") {
         need_line("a value");
+      } else if (item == "TIME") {
+        need_line("the time");
+        time_ = to_number(trimmed(lines_.line()));
+        if (time_ && !std::isfinite(*time_)) time_.reset();
       } else {
         lines_.fail("the section " + in_quotes(item) +
                     " is not one of an atom dump; write it with `dump custom`");
@@ -101,18 +105,16 @@ class LammpsParser {
   void read_count() {
     need_line("the number of atoms");
     count_ = to_int32(trimmed(lines_.line()));
-    if (!count_ || *count_ < 0) {
+    if (!count_ || *count_ < 0)
       lines_.fail(in_quotes(lines_.line()) + " stands where the number of atoms belongs");
-    }
   }
 
   // The bounds of a tilted box are those of the upright box around it.
   void read_box(std::string_view heading) {
     box_ = Box{};
     const bool tilted = heading.find("xy") != std::string_view::npos;
-    if (heading.find("abc") != std::string_view::npos) {
+    if (heading.find("abc") != std::string_view::npos)
       lines_.fail("boxes of general orientation are not read; dump without `triclinic/general`");
-    }
     std::string_view rest = heading;
     std::size_t axis = 0;
     for (std::string_view word = take_word(rest); !word.empty(); word = take_word(rest)) {
@@ -125,9 +127,8 @@ class LammpsParser {
       rest = lines_.line();
       for (std::size_t i = 0; i < (tilted ? 3U : 2U); ++i) {
         const std::optional<double> value = to_number(take_word(rest));
-        if (!value || !std::isfinite(*value)) {
+        if (!value || !std::isfinite(*value))
           lines_.fail("expected the bounds of the box, but found " + in_quotes(lines_.line()));
-        }
         row[i] = *value;
       }
     }
@@ -163,9 +164,8 @@ class LammpsParser {
 
   Columns read_columns(std::string_view heading) const {
     Columns columns;
-    for (std::string_view word = take_word(heading); !word.empty(); word = take_word(heading)) {
+    for (std::string_view word = take_word(heading); !word.empty(); word = take_word(heading))
       columns.names.emplace_back(word);
-    }
     columns.has_images = find_three(columns, {"ix", "iy", "iz"}, columns.image);
     if (find_three(columns, {"xu", "yu", "zu"}, columns.position)) {
       columns.has_images = false;
@@ -186,9 +186,8 @@ class LammpsParser {
     columns.molecule = place_of(columns, "mol");
     columns.kind = place_of(columns, "element");
     if (!columns.kind) columns.kind = place_of(columns, "type");
-    if ((columns.scaled || columns.has_images) && !box_.known) {
+    if ((columns.scaled || columns.has_images) && !box_.known)
       lines_.fail("scaled or wrapped positions need `ITEM: BOX BOUNDS` before them");
-    }
     return columns;
   }
 
@@ -261,11 +260,10 @@ class LammpsParser {
         lines_.fail("atom id " + std::to_string(twice->id) +
                     " occurs twice in the frame that ends here");
       }
-      if (topology_) {
+      if (topology_)
         emit_strands(beads, wrapped);
-      } else {
+      else
         emit_chain(name, beads, wrapped, false);
-      }
     }
   }
 
@@ -297,6 +295,8 @@ class LammpsParser {
     Chain chain;
     chain.name = name;
     chain.model = frame_;
+    chain.time = time_;
+    chain.step = step_;
     Point shift;
     for (Bead& bead : beads) {
       if (wrapped && !chain.points.empty()) {
@@ -310,7 +310,7 @@ class LammpsParser {
     return chain;
   }
 
-  Lines lines_;
+  Lines& lines_;
   ChosenAtoms chosen_;
   bool unwrap_;
   const ChainSink& sink_;
@@ -319,13 +319,14 @@ class LammpsParser {
   Box box_;
   std::int64_t frame_ = 0;
   bool in_frame_ = false;
+  std::optional<double> time_;
+  std::optional<std::int64_t> step_;
 };
 
 }  // namespace
 
-void parse_lammps(std::string_view text, const std::string& file, const ReadOptions& options,
-                  const ChainSink& sink) {
-  LammpsParser(text, file, options, sink).parse();
+void parse_lammps(Lines& lines, const ReadOptions& options, const ChainSink& sink) {
+  LammpsParser(lines, options, sink).parse();
 }
 
 }  // namespace korvex::read

@@ -17,8 +17,20 @@ std::string_view ChosenAtoms::only() const {
 }
 
 bool matters_for_trace(std::string_view atom_name, const ChosenAtoms& chosen) {
-  return atom_name == "CA" || atom_name == "P" || atom_name == "N" || atom_name == "C" ||
-         atom_name == "O3'" || atom_name == "O3*" || chosen.has(atom_name);
+  switch (atom_name.size()) {
+    case 1:
+      if (atom_name[0] == 'N' || atom_name[0] == 'C' || atom_name[0] == 'P') return true;
+      break;
+    case 2:
+      if (atom_name[0] == 'C' && atom_name[1] == 'A') return true;
+      break;
+    case 3:
+      if (atom_name == "O3'" || atom_name == "O3*") return true;
+      break;
+    default:
+      break;
+  }
+  return !chosen.empty() && chosen.has(atom_name);
 }
 
 Monomer monomer_of(const std::string& residue_name) {

@@ -38,13 +38,12 @@ std::optional<std::int32_t> hybrid36(std::string_view text) {
   std::int32_t value = 0;
   for (const char c : text) {
     const char ten = upper ? 'A' : 'a';
-    if (c >= '0' && c <= '9') {
+    if (c >= '0' && c <= '9')
       value = value * 36 + (c - '0');
-    } else if (c >= ten && c <= ten + 25) {
+    else if (c >= ten && c <= ten + 25)
       value = value * 36 + (c - ten + 10);
-    } else {
+    else
       return {};
-    }
   }
   constexpr std::int32_t kFirst = 10 * 36 * 36 * 36;
   constexpr std::int32_t kUpperCount = 26 * 36 * 36 * 36;
@@ -73,11 +72,10 @@ void read_names(AtomSite& site, std::string_view line) {
   site.chain_name = trimmed(columns(line, 22, 22));
   const std::string_view shared = trimmed(columns(line, 21, 21));
   if (shared.empty()) return;
-  if (!site.chain_name.empty() && monomer_of(site.residue_name) != Monomer::kUnknown) {
+  if (!site.chain_name.empty() && monomer_of(site.residue_name) != Monomer::kUnknown)
     site.chain_name.insert(0, shared);
-  } else {
+  else
     site.residue_name += shared;
-  }
 }
 
 double read_coordinate(const Lines& lines, std::size_t first, char axis) {
@@ -140,20 +138,13 @@ AtomSite read_atom(const Lines& lines) {
   return site;
 }
 
-// The bonds of the CONECT records, which stand behind all models.
-Bonds read_bonds(std::string_view text) {
-  Bonds bonds;
-  for (std::size_t at = text.find("CONECT"); at != std::string_view::npos;
-       at = text.find("CONECT", at + 1)) {
-    if (at != 0 && text[at - 1] != '\n') continue;
-    const std::string_view line = text.substr(at, std::min(text.find('\n', at), text.size()) - at);
-    const std::optional<std::int32_t> from = to_int32(trimmed(columns(line, 7, 11)));
-    for (std::size_t first = 12; from && first <= 27; first += 5) {
-      const std::optional<std::int32_t> to = to_int32(trimmed(columns(line, first, first + 4)));
-      if (to) bonds.insert(std::minmax(*from, *to));
-    }
+// Adds the bonds of a CONECT record.
+void add_bonds(std::string_view line, Bonds& bonds) {
+  const std::optional<std::int32_t> from = to_int32(trimmed(columns(line, 7, 11)));
+  for (std::size_t first = 12; from && first <= 27; first += 5) {
+    const std::optional<std::int32_t> to = to_int32(trimmed(columns(line, first, first + 4)));
+    if (to) bonds.insert(std::minmax(*from, *to));
   }
-  return bonds;
 }
 
 // No cell where the record holds no numbers of one.
@@ -166,9 +157,32 @@ Cell read_cell(std::string_view line) {
                  {number(34, 40), number(41, 47), number(48, 54)});
 }
 
+// Files of the AlphaFold database say so in their title and in their remarks, others name the
+// measure in a remark.
+bool tells_of_confidence(std::string_view line) {
+  const bool is_remark = is_record(line, "REMARK");
+  if (!is_remark && !is_record(line, "TITLE")) return false;
+  const auto holds = [line](std::string_view upper_case) {
+    const auto same = [](char c, char wanted) {
+      return (c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c) == wanted;
+    };
+    return std::search(line.begin(), line.end(), upper_case.begin(), upper_case.end(), same) !=
+           line.end();
+  };
+  if (is_remark) return holds("PLDDT") || holds("ALPHAFOLD DATA");
+  return holds("ALPHAFOLD") && holds("PREDICTION");
+}
+
+// Nothing where the columns of the B factor hold no confidence.
+std::optional<float> read_confidence(std::string_view line) {
+  const std::optional<double> value = to_number(trimmed(columns(line, 61, 66)));
+  if (!value || !(*value >= 0 && *value <= 100)) return {};
+  return static_cast<float>(*value);
+}
+
 class PdbParser {
  public:
-  PdbParser(const ChosenAtoms& chosen, const Bonds& bonds, const ModelSink& sink)
+  PdbParser(const ChosenAtoms& chosen, const Bonds* bonds, const ModelSink& sink)
       : chosen_(chosen), bonds_(bonds), sink_(sink) {}
 
   void take(const Lines& lines) {
@@ -176,11 +190,18 @@ class PdbParser {
     if (is_atom(line)) {
       AtomSite site = read_atom(lines);
       site.run = run_;
+      site.place = model_.size++;
+      if (is_predicted_) site.plddt = read_confidence(line);
       last_chain_ = site.chain;
       has_atoms_ = true;
       if (matters_for_trace(site.name, chosen_)) model_.atoms.push_back(std::move(site));
     } else if (is_record(line, "TER")) {
       end_chain();
+    } else if (tells_of_confidence(line)) {
+      is_predicted_ = true;
+    } else if (is_record(line, "TITLE")) {
+      time_ = number_after(line, "t=");
+      step_ = integer_after(line, "step=");
     } else if (is_record(line, "CRYST1")) {
       cell_ = read_cell(line);
     } else if (is_record(line, "MODEL")) {
@@ -190,6 +211,8 @@ class PdbParser {
       number_ = to_int32(take_word(rest));
     } else if (is_record(line, "ENDMDL") || is_record(line, "END")) {
       end_model();
+    } else if (bonds_ == nullptr && begins(line, "CONECT")) {
+      take_bonds(lines);
     }
   }
 
@@ -200,7 +223,11 @@ class PdbParser {
       ++count_;
       model_.number = number_.value_or(count_);
       model_.cell = cell_;
-      model_.bonds = &bonds_;
+      model_.time = time_;
+      model_.step = step_;
+      time_.reset();
+      step_.reset();
+      model_.bonds = bonds_ == nullptr ? &own_bonds_ : bonds_;
       sink_(std::move(model_));
     }
     model_ = {};
@@ -211,6 +238,17 @@ class PdbParser {
   }
 
  private:
+  // Those of a file that can be read only once.
+  void take_bonds(const Lines& lines) {
+    if (count_ != 0) {
+      lines.fail(
+          "bonds behind the models come too late in a long input that can be read only once; give "
+          "the "
+          "file itself, or leave the CONECT records out");
+    }
+    add_bonds(lines.line(), own_bonds_);
+  }
+
   void end_chain() {
     const bool first = ended_.insert(last_chain_).second;
     const auto own = [this](const AtomSite& site) { return site.chain == last_chain_; };
@@ -230,11 +268,15 @@ class PdbParser {
   }
 
   const ChosenAtoms& chosen_;
-  const Bonds& bonds_;
+  const Bonds* bonds_;
+  Bonds own_bonds_;
   const ModelSink& sink_;
   Model model_;
   Cell cell_;  // of this model and those after it, up to the next CRYST1 record
   std::optional<std::int32_t> number_;
+  bool is_predicted_ = false;   // what stands for B factors are confidences
+  std::optional<double> time_;  // of the next model to end
+  std::optional<std::int64_t> step_;
   std::int64_t count_ = 0;
   std::set<std::string> ended_;  // chains that had a TER record
   std::string last_chain_;
@@ -246,16 +288,20 @@ class PdbParser {
 
 }  // namespace
 
-void parse_pdb(std::string_view text, const std::string& file, const ReadOptions& options,
+Bonds read_bonds(Lines& lines) {
+  Bonds bonds;
+  while (lines.next())
+    if (begins(lines.line(), "CONECT")) add_bonds(lines.line(), bonds);
+  return bonds;
+}
+
+void parse_pdb(Lines& lines, const ReadOptions& options, const Bonds* bonds,
                const ModelSink& sink) {
-  Lines lines(text, file);
   const ChosenAtoms chosen(options.atoms);
-  const Bonds bonds = read_bonds(text);
   PdbParser parser(chosen, bonds, sink);
   while (lines.next()) parser.take(lines);
-  if (parser.in_model()) {
+  if (parser.in_model())
     lines.fail("the file ends within a MODEL; it may be cut short: copy it again or add ENDMDL");
-  }
   parser.end_model();
 }
 

@@ -26,8 +26,7 @@ Words words_of(std::string_view line) {
 
 }  // namespace
 
-void parse_plain(std::string_view text, const std::string& file, const ChainSink& sink) {
-  Lines lines(text, file);
+void parse_plain(Lines& lines, const ChainSink& sink) {
   RawChain raw;
   Chain& chain = raw.chain;
   std::size_t expected = 0;

@@ -1,6 +1,7 @@
 // A chain as its file has it, with what decides about its bonds.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <vector>
@@ -13,7 +14,9 @@ namespace korvex::read {
 struct RawChain {
   Chain chain;
   Cell cell;
-  bool beads = true;         // not the residues of a known polymer, whose bonds are of one length
+  bool beads = true;  // not the residues of a known polymer, whose bonds are of one length
+  std::vector<std::size_t>
+      atoms;                 // places of the points' atoms in their model, where that is known
   bool ends_bonded = false;  // the file has a bond between the first and the last
   std::vector<bool> mended;  // of each point: whether the box broke its bond to the one before;
                              // empty where it broke none

@@ -2,12 +2,16 @@
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
+#include <optional>
 #include <set>
 #include <utility>
 
 #include "korvex/error.hpp"
 #include "read/bytes.hpp"
+#include "read/frames.hpp"
 #include "read/gaps.hpp"
+#include "read/input.hpp"
 #include "read/selection.hpp"
 #include "read/text.hpp"
 #include "read/trace.hpp"
@@ -15,40 +19,6 @@
 namespace korvex {
 namespace read {
 namespace {
-
-// ChainEnds every line by LF: CR alone ends one as well, and any number of CR before LF belongs to
-// it.
-void settle_line_ends(std::string& text) {
-  if (text.find('\r') == std::string::npos) return;
-  std::size_t kept = 0;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    if (text[i] != '\r') {
-      text[kept++] = text[i];
-      continue;
-    }
-    const std::size_t next = std::min(text.find_first_not_of('\r', i), text.size());
-    if (next < text.size() && text[next] == '\n') {
-      i = next - 1;
-    } else {
-      text[kept++] = '\n';
-    }
-  }
-  text.resize(kept);
-}
-
-// Text as the parsers want it: uncompressed, without byte order mark and the zeros that tapes and
-// fixed blocks are filled up with, lines ended by LF.
-std::string text_of(std::string bytes, const std::string& name) {
-  if (bytes.empty()) fail_at(name, 0, "is empty; give a chain's coordinates");
-  if (is_gzip(bytes)) bytes = gunzip(bytes, name);
-  if (is_gzip(bytes)) fail_at(name, 0, "is compressed with gzip twice; unpack it once");
-  if (bytes.starts_with("\xef\xbb\xbf")) bytes.erase(0, 3);
-  if (!is_binary(bytes)) {
-    bytes.resize(bytes.find_last_not_of('\0') + 1);
-    settle_line_ends(bytes);
-  }
-  return bytes;
-}
 
 // The parsers see to it that numbers are finite; scaled and converted they may not be any more.
 void check_finite(const Chain& chain) {
@@ -61,29 +31,78 @@ void check_finite(const Chain& chain) {
   }
 }
 
-void parse(Format format, std::string_view text, const std::string& name,
-           const ReadOptions& options, const ModelSink& model_sink, const ChainSink& chain_sink) {
-  switch (format) {
-    case Format::kPdb:
-      return parse_pdb(text, name, options, model_sink);
-    case Format::kMmcif:
-      return parse_mmcif(text, name, options, model_sink);
+// What parsers hand their findings to.
+struct Sinks {
+  const ModelSink& models;
+  const ChainSink& chains;
+  FrameChains& frames;
+};
+
+// The bonds of a long PDB file, which stand at its end, take a reading of their own; nothing where
+// there is but one.
+std::optional<Bonds> bonds_of(const Input& input) {
+  std::unique_ptr<ByteSource> again = input.again();
+  if (!again) return {};
+  TextFeed feed(std::move(again), input.name());
+  Lines lines(feed, input.name());
+  return read_bonds(lines);
+}
+
+void parse_lines(Input& input, Lines& lines, const ReadOptions& options, const Sinks& sinks) {
+  switch (input.format()) {
     case Format::kGro:
-      return parse_gro(text, name, options, model_sink);
+      return parse_gro(lines, options, sinks.models);
     case Format::kXyz:
-      return parse_xyz(text, name, options, chain_sink);
+      return parse_xyz(lines, options, sinks.chains);
     case Format::kLammps:
-      return parse_lammps(text, name, options, chain_sink);
-    case Format::kPlain:
-      return parse_plain(text, name, chain_sink);
+      return parse_lammps(lines, options, sinks.chains);
+    default:
+      return parse_plain(lines, sinks.chains);
   }
 }
+
+void parse_text(Input& input, const ReadOptions& options, const Sinks& sinks) {
+  const std::string& name = input.name();
+  const bool is_pdb = input.format() == Format::kPdb;
+  if (input.format() == Format::kMmcif)
+    return parse_mmcif(input.whole(), name, options, sinks.models);
+  if (input.format() == Format::kBcif)
+    return parse_bcif(input.whole(), name, options, sinks.models);
+  if (input.is_long()) {
+    const std::optional<Bonds> bonds = is_pdb ? bonds_of(input) : std::nullopt;
+    TextFeed feed(input.take(), name);
+    Lines lines(feed, name);
+    if (!is_pdb) return parse_lines(input, lines, options, sinks);
+    return parse_pdb(lines, options, bonds ? &*bonds : nullptr, sinks.models);
+  }
+  Lines lines(input.whole(), name);
+  if (!is_pdb) return parse_lines(input, lines, options, sinks);
+  Lines first(input.whole(), name);
+  const Bonds bonds = read_bonds(first);
+  parse_pdb(lines, options, &bonds, sinks.models);
+}
+
+void parse(Input& input, const ReadOptions& options, const Sinks& sinks) {
+  if (!is_of_positions(input.format())) return parse_text(input, options, sinks);
+  ByteStream bytes(input.is_long() ? input.take() : open_memory(input.whole()));
+  switch (input.format()) {
+    case Format::kXtc:
+      return parse_xtc(bytes, input.name(), sinks.frames);
+    case Format::kTrr:
+      return parse_trr(bytes, input.name(), sinks.frames);
+    default:
+      return parse_dcd(bytes, input.name(), sinks.frames);
+  }
+}
+
+// Nothing behind the last selected frame is looked at.
+struct PastLast {};
 
 std::string nothing_to_trace(Format format, const std::vector<std::string>& atoms) {
   std::string atom;
   for (const std::string& name : atoms) atom += (atom.empty() ? "" : ",") + name;
-  const bool has_residues =
-      format == Format::kPdb || format == Format::kMmcif || format == Format::kGro;
+  const bool has_residues = format == Format::kPdb || format == Format::kMmcif ||
+                            format == Format::kBcif || format == Format::kGro;
   if (!has_residues && atom.empty()) return "holds no atoms; give a chain's coordinates";
   if (!has_residues) return "holds no atom of the kind " + in_quotes(atom) + "; name another";
   return atom.empty() ? "holds no polymer chain with CA or P atoms; name the atom to trace"
@@ -92,13 +111,15 @@ std::string nothing_to_trace(Format format, const std::vector<std::string>& atom
 
 }  // namespace
 
-void each_chain(std::string bytes, const std::string& name, const ReadOptions& options,
-                Tracing tracing, const ChainSink& sink) {
-  const std::string text = text_of(std::move(bytes), name);
+void each_chain(Input& input, const ReadOptions& options, Tracing tracing, const ChainSink& sink) {
+  const std::string& name = input.name();
+  const Format format = input.format();
   const ChosenAtoms chosen(options.atoms);
+  const bool counts = format != Format::kPdb && format != Format::kMmcif && format != Format::kBcif;
   bool any = false;
   const ChainSink chain_sink = [&](RawChain&& raw) {
     any = true;
+    if (counts && raw.chain.model > options.models.last) throw PastLast();
     if (!selects_model(options.models, raw.chain.model)) return;
     raw.chain.source = name;
     check_finite(raw.chain);
@@ -106,16 +127,34 @@ void each_chain(std::string bytes, const std::string& name, const ReadOptions& o
   };
   const ModelSink model_sink = [&](Model&& model) {
     // Traces are worth their cost only where they are wanted, or to tell that there are any.
+    if (any && counts && model.number > options.models.last) throw PastLast();
     if (any && !selects_model(options.models, model.number)) return;
     for (RawChain& raw : traces_of(model, chosen, tracing)) chain_sink(std::move(raw));
   };
-  const Format format = detect_format(text, name);
-  if (!options.topology.empty() && format != Format::kLammps) {
+  FrameChains frames(options, name, chain_sink);
+  if (!options.topology.empty() && format != Format::kLammps && !is_of_positions(format)) {
     throw Error(ErrorCode::kInvalidArgument,
-                name + ": is no LAMMPS dump, and a topology is for those alone", name);
+                name +
+                    ": names its chains itself; a topology is for LAMMPS dumps and for XTC, TRR "
+                    "and DCD trajectories",
+                name);
   }
-  parse(format, text, name, options, model_sink, chain_sink);
-  if (!any) fail_at(name, 0, nothing_to_trace(format, options.atoms));
+  try {
+    parse(input, options, {model_sink, chain_sink, frames});
+  } catch (const PastLast&) {
+    return;
+  }
+  if (!any && !frames.any()) fail_at(name, 0, nothing_to_trace(format, options.atoms));
+}
+
+void each_chain(std::string bytes, const std::string& name, const ReadOptions& options,
+                Tracing tracing, const ChainSink& sink) {
+  Input input([&] { return open_memory(bytes); }, name);
+  input.whole();
+  // The exported interface reads what it always has.
+  const bool is_new = is_of_positions(input.format()) || input.format() == Format::kBcif;
+  if (tracing == Tracing::kLoose && is_new) fail_at(name, 0, "is not text");
+  each_chain(input, options, tracing, sink);
 }
 
 namespace {
@@ -152,12 +191,21 @@ void check_wanted(const std::string& name, const std::vector<std::string>& wante
               name + ": nothing there is selected; " +
                   (chains.empty() ? "no model has one of the wanted numbers"
                                   : "the chains of the selected models are " + list_of(chains) +
-                                        "; check their names and residue numbers"),
+                                        "; check their names, residue numbers and confidences"),
               name);
 }
 
 }  // namespace
 }  // namespace read
+
+// Where a source has its bytes.
+struct SourceBytes {
+  static std::unique_ptr<read::ByteSource> open(const Source& source) {
+    if (source.in_memory_) return read::open_memory(source.bytes_);
+    return source.stream_ == nullptr ? read::open_file(source.name_)
+                                     : read::open_stream(*source.stream_, source.name_);
+  }
+};
 
 Source Source::stream(std::istream& stream, std::string name) {
   Source source(std::move(name));
@@ -186,13 +234,13 @@ void visit_chains(const Source& source, const ReadOptions& options,
     seen.insert(raw.chain.name);
     if (!read::selects_chain(options, raw.chain)) return;
     read::select_residues(raw, options.residues);
+    read::trim_tails(raw, options.min_plddt);
     if (raw.chain.points.empty()) return;
     if (options.unwrap) read::mend(raw);
     read::settle_ends(raw, options.closed);
     any = true;
-    for (Chain& piece : read::settle_gaps(std::move(raw), options)) {
+    for (Chain& piece : read::settle_gaps(std::move(raw), options))
       if (!visit(std::move(piece))) throw read::StopReading();
-    }
   };
   const auto cut = [&](read::RawChain&& raw) {
     if (options.chain_length == 0) return sink(std::move(raw));
@@ -201,7 +249,8 @@ void visit_chains(const Source& source, const ReadOptions& options,
     }
   };
   try {
-    read::each_chain(source.load(), source.name(), options, read::Tracing::kStrict, cut);
+    read::Input input([&source] { return SourceBytes::open(source); }, source.name());
+    read::each_chain(input, options, read::Tracing::kStrict, cut);
   } catch (const read::StopReading&) {
     return;
   }

@@ -26,6 +26,7 @@ bool within(const Residue& residue, const ResidueRange& range) {
 void resize(RawChain& raw, std::size_t size) {
   raw.chain.points.resize(size);
   raw.chain.residues.resize(size);
+  if (!raw.chain.plddt.empty()) raw.chain.plddt.resize(size);
   if (!raw.sequence.empty()) raw.sequence.resize(size);
   if (!raw.mended.empty()) raw.mended.resize(size);
 }
@@ -53,6 +54,11 @@ void check(const ReadOptions& options) {
     throw Error(ErrorCode::kInvalidArgument, "the step from model to model is " +
                                                  std::to_string(options.models.step) +
                                                  "; it must be at least 1");
+  }
+  if (!(options.min_plddt >= 0 && options.min_plddt <= 100)) {
+    throw Error(ErrorCode::kInvalidArgument, "the least confidence is " +
+                                                 std::to_string(options.min_plddt) +
+                                                 "; it must be from 0 to 100");
   }
   if (!(options.max_gap >= preprocess::kGapFactor)) {
     throw Error(ErrorCode::kInvalidArgument, "the longest gap to bridge is " +
@@ -82,12 +88,15 @@ std::vector<RawChain> cut(RawChain&& raw, std::size_t length) {
     RawChain piece;
     copy(raw.chain.points, piece.chain.points);
     copy(raw.chain.residues, piece.chain.residues);
+    copy(raw.chain.plddt, piece.chain.plddt);
     copy(raw.sequence, piece.sequence);
     copy(raw.mended, piece.mended);
     piece.chain.name =
         raw.chain.name + (raw.chain.name.empty() ? "" : ".") + std::to_string(pieces.size() + 1);
     piece.chain.source = raw.chain.source;
     piece.chain.model = raw.chain.model;
+    piece.chain.time = raw.chain.time;
+    piece.chain.step = raw.chain.step;
     piece.cell = raw.cell;
     piece.beads = raw.beads;
     pieces.push_back(std::move(piece));
@@ -95,14 +104,19 @@ std::vector<RawChain> cut(RawChain&& raw, std::size_t length) {
   return pieces;
 }
 
-void select_residues(RawChain& raw, const ResidueRange& range) {
+namespace {
+
+// Keeps the points for which `keeps(i)` holds.
+template <typename Keeps>
+void keep_points(RawChain& raw, const Keeps& keeps) {
   Chain& chain = raw.chain;
   std::size_t kept = 0;
   for (std::size_t i = 0; i < chain.residues.size(); ++i) {
-    if (!within(chain.residues[i], range)) continue;
+    if (!keeps(i)) continue;
     if (kept != i) {
       chain.points[kept] = chain.points[i];
       chain.residues[kept] = std::move(chain.residues[i]);
+      if (!chain.plddt.empty()) chain.plddt[kept] = chain.plddt[i];
       if (!raw.sequence.empty()) raw.sequence[kept] = raw.sequence[i];
       if (!raw.mended.empty()) raw.mended[kept] = raw.mended[i];
     }
@@ -111,6 +125,31 @@ void select_residues(RawChain& raw, const ResidueRange& range) {
   if (kept == chain.points.size()) return;
   raw.ends_bonded = false;
   resize(raw, kept);
+}
+
+}  // namespace
+
+void select_residues(RawChain& raw, const ResidueRange& range) {
+  keep_points(raw, [&](std::size_t i) { return within(raw.chain.residues[i], range); });
+}
+
+void trim_tails(RawChain& raw, double min_plddt) {
+  const std::vector<float>& plddt = raw.chain.plddt;
+  if (!(min_plddt > 0) || raw.chain.points.empty()) return;
+  if (plddt.empty()) {
+    throw Error(
+        ErrorCode::kInvalidArgument,
+        raw.chain.source +
+            ": tells of no confidence (pLDDT) to trim its tails by; read it without a least one",
+        raw.chain.source);
+  }
+  const auto enough = [min_plddt](float value) { return value >= min_plddt; };
+  const auto first = std::find_if(plddt.begin(), plddt.end(), enough) - plddt.begin();
+  const auto last = plddt.rend() - std::find_if(plddt.rbegin(), plddt.rend(), enough);
+  keep_points(raw, [&](std::size_t i) {
+    const auto place = static_cast<std::ptrdiff_t>(i);
+    return first <= place && place < last;
+  });
 }
 
 void settle_ends(RawChain& raw, bool closed) {

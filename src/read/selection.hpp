@@ -21,6 +21,10 @@ std::vector<RawChain> cut(RawChain&& raw, std::size_t length);
 // Keeps the selected residues.
 void select_residues(RawChain& raw, const ResidueRange& range);
 
+// Cuts points of a confidence below `min_plddt` off both ends. Throws Error (kInvalidArgument)
+// where the chain has no confidences.
+void trim_tails(RawChain& raw, double min_plddt);
+
 // Marks the chain closed if its last point repeats its first, if the file has a bond between its
 // ends, or if that is wanted; a repeat is taken off.
 void settle_ends(RawChain& raw, bool closed);

@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "korvex/error.hpp"
+#include "read/text_feed.hpp"
 
 namespace korvex::read {
 namespace {
@@ -18,9 +19,31 @@ std::string_view without_plus(std::string_view text) {
 
 }  // namespace
 
+bool Lines::feed() {
+  if (feed_ == nullptr) return false;
+  const std::size_t had = rest_.size();
+  rest_ = feed_->more(rest_);
+  if (rest_.size() == had) feed_ = nullptr;
+  return feed_ != nullptr;
+}
+
+bool Lines::only_blanks_left() {
+  std::size_t seen = 0;
+  while (is_blank(rest_.substr(seen))) {
+    seen = rest_.size();
+    if (!feed()) return true;
+  }
+  return false;
+}
+
 bool Lines::next() {
+  std::size_t end = rest_.find('\n');
+  while (end == std::string_view::npos) {
+    const std::size_t seen = rest_.size();
+    if (!feed()) break;
+    end = rest_.find('\n', seen);
+  }
   if (rest_.empty()) return false;
-  const std::size_t end = rest_.find('\n');
   line_ = rest_.substr(0, end);
   rest_.remove_prefix(end == std::string_view::npos ? rest_.size() : end + 1);
   if (!line_.empty() && line_.back() == '\r') line_.remove_suffix(1);
@@ -29,13 +52,16 @@ bool Lines::next() {
 }
 
 bool Lines::next_filled() {
-  while (next()) {
+  while (next())
     if (!is_blank(line_)) return true;
-  }
   return false;
 }
 
 void Lines::fail(const std::string& what) const { fail_at(file_, number_, what); }
+
+void fail_not_text(const std::string& file, std::size_t line) {
+  fail_at(file, line, "is not text; give PDB, mmCIF, GRO, XYZ, a LAMMPS dump or plain text");
+}
 
 void fail_at(const std::string& file, std::size_t line, const std::string& what) {
   const std::string place = line == 0 ? file : file + ":" + std::to_string(line);
@@ -68,6 +94,32 @@ std::string_view take_word(std::string_view& text) {
   return word;
 }
 
+namespace {
+
+// The word behind the last `key` that begins a word.
+std::string_view word_after(std::string_view comment, std::string_view key) {
+  std::size_t place = comment.rfind(key);
+  while (place != std::string_view::npos && place > 0 &&
+         kBlanks.find(comment[place - 1]) == std::string_view::npos && comment[place - 1] != ',')
+    place = comment.rfind(key, place - 1);
+  if (place == std::string_view::npos) return {};
+  comment.remove_prefix(place + key.size());
+  std::string_view word = take_word(comment);
+  if (word.ends_with(',')) word.remove_suffix(1);
+  return word;
+}
+
+}  // namespace
+
+std::optional<double> number_after(std::string_view comment, std::string_view key) {
+  const std::optional<double> number = to_number(word_after(comment, key));
+  return number && std::isfinite(*number) ? number : std::nullopt;
+}
+
+std::optional<std::int64_t> integer_after(std::string_view comment, std::string_view key) {
+  return to_integer(word_after(comment, key));
+}
+
 std::optional<std::int64_t> to_integer(std::string_view text) {
   text = without_plus(text);
   std::int64_t value = 0;
@@ -79,13 +131,14 @@ std::optional<std::int64_t> to_integer(std::string_view text) {
 std::optional<std::int32_t> to_int32(std::string_view text) {
   const std::optional<std::int64_t> value = to_integer(text);
   if (!value || *value < std::numeric_limits<std::int32_t>::min() ||
-      *value > std::numeric_limits<std::int32_t>::max()) {
+      *value > std::numeric_limits<std::int32_t>::max())
     return {};
-  }
   return static_cast<std::int32_t>(*value);
 }
 
 std::optional<double> to_number(std::string_view text) {
+  double quick = 0;
+  if (short_decimal(text, quick)) return quick;
   text = without_plus(text);
   double value = 0;
   const auto [end, status] = std::from_chars(text.data(), text.data() + text.size(), value);
@@ -116,9 +169,7 @@ double coordinate(std::string_view text, char axis, const Lines& lines) {
 std::string in_quotes(std::string_view text) {
   constexpr std::size_t kLongest = 40;
   std::string shown = "'";
-  for (const char c : text.substr(0, kLongest)) {
-    shown += c >= ' ' && c <= '~' ? c : '?';
-  }
+  for (const char c : text.substr(0, kLongest)) shown += c >= ' ' && c <= '~' ? c : '?';
   return shown + (text.size() > kLongest ? "...'" : "'");
 }
 

@@ -4,9 +4,13 @@
 
 #include <algorithm>
 #include <set>
+#include <utility>
 
 #include "read/bytes.hpp"
+#include "read/parsers.hpp"
 #include "read/text.hpp"
+#include "read/text_feed.hpp"
+#include "read/trace.hpp"
 
 namespace korvex::read {
 namespace {
@@ -26,16 +30,16 @@ class DataFile {
         begin_section(line);
       } else if (section_.empty()) {
         read_count(line);
-      } else if (section_ == "Atoms" && has_molecules_) {
+      } else if (section_ == "Atoms") {
         const std::int32_t id = number(line, 0);
-        topology_.molecules[id] = std::to_string(number(line, 1));
+        topology_.kinds[id] = word(line, has_molecules_ ? 2 : 1);
+        if (has_molecules_) topology_.molecules[id] = std::to_string(number(line, 1));
       } else if (section_ == "Bonds") {
         topology_.bonds.emplace_back(number(line, 2), number(line, 3));
       }
     }
-    if (!has_atoms_) {
+    if (!has_atoms_)
       lines_.fail("has no section `Atoms`; give a LAMMPS data file, as write_data writes it");
-    }
     if (topology_.bonds.size() != wanted_bonds_) {
       lines_.fail("holds " + std::to_string(topology_.bonds.size()) + " of the " +
                   std::to_string(wanted_bonds_) + " bonds that it announces; it may be cut short");
@@ -65,11 +69,16 @@ class DataFile {
     wanted_bonds_ = static_cast<std::size_t>(*bonds);
   }
 
+  static std::string_view word(std::string_view line, std::size_t column) {
+    std::string_view found = take_word(line);
+    for (std::size_t i = 0; i < column; ++i) found = take_word(line);
+    return found;
+  }
+
   std::int32_t number(std::string_view line, std::size_t column) const {
-    std::string_view word = take_word(line);
-    for (std::size_t i = 0; i < column; ++i) word = take_word(line);
-    const std::optional<std::int32_t> value = to_int32(word);
-    if (!value) lines_.fail(in_quotes(word) + " stands where a number of an atom belongs");
+    const std::string_view found = word(line, column);
+    const std::optional<std::int32_t> value = to_int32(found);
+    if (!value) lines_.fail(in_quotes(found) + " stands where a number of an atom belongs");
     return *value;
   }
 
@@ -91,9 +100,8 @@ Backbone walk(std::int32_t start, const Neighbours& neighbours, std::set<std::in
     seen.insert(*at);
     const std::vector<std::int32_t>& next = neighbours.at(*at);
     at.reset();
-    for (const std::int32_t atom : next) {
+    for (const std::int32_t atom : next)
       if (!at && !seen.contains(atom)) at = atom;
-    }
   }
   const std::vector<std::int32_t>& ends = neighbours.at(strand.atoms.back());
   strand.ring = strand.atoms.size() > 2 && std::find(ends.begin(), ends.end(), start) != ends.end();
@@ -116,10 +124,88 @@ std::vector<Backbone> by_molecule(const Topology& topology,
 
 }  // namespace
 
-Topology read_topology(const std::string& path) {
+namespace {
+
+std::string load_topology(const std::string& path) {
   std::string text = load_file(path);
-  if (is_gzip(text)) text = gunzip(text, path);
+  return is_gzip(text) ? gunzip(text, path) : text;
+}
+
+// The sections of other files have other names.
+bool is_data_file(const std::string& text, const std::string& path) {
+  Lines lines(text, path);
+  while (lines.next())
+    if (trimmed(lines.line().substr(0, lines.line().find('#'))) == "Atoms") return true;
+  return false;
+}
+
+// Atoms stand in trajectories in the order of their ids.
+TopologyChains chains_in_data_file(const Topology& topology, const ReadOptions& options) {
+  const ChosenAtoms chosen(options.atoms);
+  std::vector<std::int32_t> ids;
+  std::map<std::int32_t, std::size_t> places;
+  for (const auto& [id, kind] : topology.kinds) {
+    places.emplace(id, places.size());
+    if (chosen.empty() || chosen.has(kind)) ids.push_back(id);
+  }
+  TopologyChains found;
+  found.atoms = places.size();
+  for (const Backbone& strand : backbones_of(topology, ids, options.topology)) {
+    RawChain& raw = found.chains.emplace_back();
+    raw.chain.name = strand.name;
+    raw.ends_bonded = strand.ring;
+    for (const std::int32_t id : strand.atoms) {
+      raw.chain.residues.push_back({id, ' ', topology.kinds.at(id)});
+      raw.atoms.push_back(places.at(id));
+    }
+  }
+  return found;
+}
+
+TopologyChains chains_in_models(const std::string& text, const ReadOptions& options) {
+  const std::string& path = options.topology;
+  TopologyChains found;
+  bool is_first = true;
+  const ModelSink sink = [&](Model&& model) {
+    if (!std::exchange(is_first, false)) return;
+    found = {traces_of(model, ChosenAtoms(options.atoms), Tracing::kStrict), model.size};
+  };
+  Lines lines(text, path);
+  Lines first_pass(text, path);
+  switch (detect_format(text, path)) {
+    case Format::kPdb: {
+      const Bonds bonds = read_bonds(first_pass);
+      parse_pdb(lines, options, &bonds, sink);
+      break;
+    }
+    case Format::kGro:
+      parse_gro(lines, options, sink);
+      break;
+    case Format::kMmcif:
+      parse_mmcif(text, path, options, sink);
+      break;
+    default:
+      fail_at(path, 0, "is no topology; give a PDB, GRO, mmCIF or LAMMPS data file");
+  }
+  return found;
+}
+
+}  // namespace
+
+Topology read_topology(const std::string& path) {
+  const std::string text = load_topology(path);
   return DataFile(text, path).read();
+}
+
+TopologyChains chains_in_topology(const ReadOptions& options) {
+  const std::string& path = options.topology;
+  std::string text = load_topology(path);
+  settle_line_ends(text);
+  TopologyChains found = is_data_file(text, path)
+                             ? chains_in_data_file(DataFile(text, path).read(), options)
+                             : chains_in_models(text, options);
+  if (!found.chains.empty()) return found;
+  fail_at(path, 0, "holds no chain of the atoms to trace; name the atoms, or all of them");
 }
 
 std::vector<Backbone> backbones_of(const Topology& topology, const std::vector<std::int32_t>& atoms,

@@ -4,6 +4,7 @@
 #include <array>
 #include <map>
 #include <optional>
+#include <tuple>
 #include <utility>
 
 #include "geometry/bonds.hpp"
@@ -15,14 +16,15 @@ namespace {
 // The atoms of a residue that matter, one location of each.
 enum Slot : std::size_t { kCa, kP, kN, kC, kO3, kChosen, kSlots };
 
+using Label = std::pair<std::int32_t, char>;
+
 struct Record {
   std::array<const AtomSite*, kSlots> atoms{};
   std::vector<const AtomSite*> chosen;  // by name, in the order of the file
+  Label label;
   std::size_t run = 0;
   bool het = true;  // none of its atoms is in an ATOM record
 };
-
-using Label = std::pair<std::int32_t, char>;
 
 struct Strand {
   std::string name;
@@ -72,23 +74,35 @@ class Sorter {
  private:
   Record* record_for(const AtomSite& site, const std::array<bool, kSlots>& fills) {
     if (fills == std::array<bool, kSlots>{}) return nullptr;
-    const auto [place, is_new] = current_.try_emplace(site.chain, strands_.size());
-    if (is_new) strands_.push_back({site.chain_name, {}, {}, {}});
+    // Nearly all atoms are of the chain, and most of the residue, of the one before.
+    if (last_ == current_.end() || last_->first != site.chain) {
+      bool is_new = false;
+      std::tie(last_, is_new) = current_.try_emplace(site.chain, strands_.size());
+      if (is_new) strands_.push_back({site.chain_name, {}, {}, {}});
+    }
+    const auto place = last_;
     if (!site.het && tracing_ == Tracing::kStrict) begin_run(place->second, site.run);
     const Label label{site.number, site.insertion_code};
     Strand* strand = &strands_[place->second];
-    const auto found = strand->latest.find(label);
-    if (found != strand->latest.end()) {
-      Record& record = strand->records[found->second];
+    if (const std::optional<std::size_t> latest = latest_of(*strand, label)) {
+      Record& record = strand->records[*latest];
       if (record.run == site.run && !repeats(record, site, fills)) return &record;
       if (record.run != site.run && !site.het) {
         place->second = strands_.size();
         strand = &strands_.emplace_back(Strand{site.chain_name, {}, {}, {}});
       }
     }
-    strand->latest[label] = strand->records.size();
-    strand->records.push_back({{}, {}, site.run, true});
+    strand->latest.insert_or_assign(strand->latest.end(), label, strand->records.size());
+    strand->records.push_back({{}, {}, label, site.run, true});
     return &strand->records.back();
+  }
+
+  static std::optional<std::size_t> latest_of(const Strand& strand, const Label& label) {
+    if (strand.records.empty()) return {};
+    if (strand.records.back().label == label) return strand.records.size() - 1;
+    const auto found = strand.latest.find(label);
+    if (found == strand.latest.end()) return {};
+    return found->second;
   }
 
   // A TER record ends a chain: what has followed it in HETATM records, such as a modified first
@@ -104,18 +118,16 @@ class Sorter {
       begun.records.insert(begun.records.begin(), std::move(old.records.back()));
       old.records.pop_back();
     }
-    for (auto& [label, record] : old.latest) {
+    for (auto& [label, record] : old.latest)
       if (record >= old.records.size()) begun.latest[label] = record - old.records.size();
-    }
     place = strands_.size();
     strands_.push_back(std::move(begun));
   }
 
   // Where the record holds the chosen atom of this name.
   static const AtomSite*& place_of(Record& record, const AtomSite& site) {
-    for (const AtomSite*& held : record.chosen) {
+    for (const AtomSite*& held : record.chosen)
       if (held->name == site.name) return held;
-    }
     return record.chosen.emplace_back(nullptr);
   }
 
@@ -137,6 +149,7 @@ class Sorter {
   Tracing tracing_;
   std::vector<Strand> strands_;
   std::map<std::string, std::size_t> current_;  // of each chain key, its strand
+  std::map<std::string, std::size_t>::iterator last_ = current_.end();
 };
 
 bool closer(const AtomSite* a, const AtomSite* b, double limit) {
@@ -149,12 +162,10 @@ bool bonded(const Record& a, const Record& b, Slot trace) {
   constexpr double kPhosphodiester = 2.5;
   constexpr double kAlphaCarbons = 5.0;
   constexpr double kPhosphates = 8.0;
-  if (a.atoms[kC] != nullptr && b.atoms[kN] != nullptr) {
+  if (a.atoms[kC] != nullptr && b.atoms[kN] != nullptr)
     return closer(a.atoms[kC], b.atoms[kN], kPeptide);
-  }
-  if (a.atoms[kO3] != nullptr && b.atoms[kP] != nullptr) {
+  if (a.atoms[kO3] != nullptr && b.atoms[kP] != nullptr)
     return closer(a.atoms[kO3], b.atoms[kP], kPhosphodiester);
-  }
   return closer(a.atoms[trace], b.atoms[trace], trace == kCa ? kAlphaCarbons : kPhosphates);
 }
 
@@ -176,9 +187,8 @@ struct Polymer {
 
 Polymer polymer_of(const Strand& strand, Slot trace, Tracing tracing) {
   std::vector<const Record*> all;
-  for (const Record& record : strand.records) {
+  for (const Record& record : strand.records)
     if (record.atoms[trace] != nullptr) all.push_back(&record);
-  }
   std::size_t first_monomer = all.size();
   std::size_t last_monomer = 0;
   std::vector<bool> kept(all.size());
@@ -270,6 +280,8 @@ RawChain chain_of(const Strand& strand, const Model& model, const ChosenAtoms& c
     chain.points.push_back(site.position);
     chain.residues.push_back({site.number, site.insertion_code, site.residue_name});
     raw.sequence.push_back(site.sequence);
+    raw.atoms.push_back(site.place);
+    if (site.plddt) chain.plddt.push_back(*site.plddt);
     raw.beads = raw.beads && !site.in_polymer;
   };
   for (const Record* record : polymer.records) {
@@ -279,6 +291,7 @@ RawChain chain_of(const Strand& strand, const Model& model, const ChosenAtoms& c
     }
     for (const AtomSite* site : record->chosen) add(*site);
   }
+  if (chain.plddt.size() != chain.points.size()) chain.plddt.clear();
   const auto known = [](const auto& place) { return place.has_value(); };
   if (std::none_of(raw.sequence.begin(), raw.sequence.end(), known)) raw.sequence.clear();
   return raw;
@@ -294,6 +307,8 @@ std::vector<RawChain> traces_of(const Model& model, const ChosenAtoms& chosen, T
     RawChain raw = chain_of(strand, model, chosen, tracing);
     if (raw.chain.points.empty()) continue;
     raw.chain.model = model.number;
+    raw.chain.time = model.time;
+    raw.chain.step = model.step;
     raw.cell = model.cell;
     chains.push_back(std::move(raw));
   }

@@ -75,6 +75,14 @@ Cell cell_in(std::string_view comment) {
   return cell;
 }
 
+// Reads `Time=`, `time=` or `t=`, and `Step=` or `step=`.
+void read_time(std::string_view comment, Chain& chain) {
+  for (const char* key : {"Time=", "time=", "t="})
+    if (!chain.time) chain.time = number_after(comment, key);
+  for (const char* key : {"Step=", "step="})
+    if (!chain.step) chain.step = integer_after(comment, key);
+}
+
 // Reads one atom's line; false when it is not the chosen kind.
 bool read_atom(const Lines& lines, const Layout& layout, const ChosenAtoms& chosen, Chain& chain,
                std::int32_t number) {
@@ -88,9 +96,8 @@ bool read_atom(const Lines& lines, const Layout& layout, const ChosenAtoms& chos
                  "; write one atom a line");
     }
     if (column == layout.name) name = word;
-    if (column >= layout.position && column < layout.position + 3) {
+    if (column >= layout.position && column < layout.position + 3)
       words[column - layout.position] = word;
-    }
   }
   const Point point{coordinate(words[0], 'x', lines), coordinate(words[1], 'y', lines),
                     coordinate(words[2], 'z', lines)};
@@ -102,9 +109,7 @@ bool read_atom(const Lines& lines, const Layout& layout, const ChosenAtoms& chos
 
 }  // namespace
 
-void parse_xyz(std::string_view text, const std::string& file, const ReadOptions& options,
-               const ChainSink& sink) {
-  Lines lines(text, file);
+void parse_xyz(Lines& lines, const ReadOptions& options, const ChainSink& sink) {
   const ChosenAtoms chosen(options.atoms);
   std::int64_t frame = 0;
   while (lines.next_filled()) {
@@ -117,8 +122,11 @@ void parse_xyz(std::string_view text, const std::string& file, const ReadOptions
     const bool has_comment = lines.next();
     const Layout layout = has_comment ? layout_of(lines.line(), lines) : Layout{};
     RawChain raw;
-    if (has_comment) raw.cell = cell_in(lines.line());
     Chain& chain = raw.chain;
+    if (has_comment) {
+      raw.cell = cell_in(lines.line());
+      read_time(lines.line(), chain);
+    }
     chain.model = ++frame;
     for (std::int32_t i = 0; i < *count; ++i) {
       if (!lines.next()) {

@@ -28,9 +28,8 @@ int truncated(double value) {
 // The knots with votes in order of their percentage, and a closing entry of 0 %.
 std::vector<Knocik> percentages(const int* counts, int total) {
   std::vector<Knocik> list;
-  for (int k = 1; k <= kNoMatch; ++k) {
+  for (int k = 1; k <= kNoMatch; ++k)
     if (counts[k] >= 1) list.push_back({k, percentage(counts[k], total)});
-  }
   std::sort(list.begin(), list.end(), WayToSortKnociki);
   list.push_back({kUnknot, 0});
   return list;

@@ -26,9 +26,8 @@ bool equal_but_for_trailing_zeros(const std::vector<int>& a, const std::vector<i
 
 int match(const polynomial<int>& poly) {
   const polynomial<int> normalised = NormalizePoly(poly);
-  for (int i = 0; i <= kLastKnot; ++i) {
+  for (int i = 0; i <= kLastKnot; ++i)
     if (equal_but_for_trailing_zeros(normalised.data(), knotsArray[i].poly)) return i;
-  }
   return kNoMatch;
 }
 
@@ -67,13 +66,11 @@ int WhichKnotDouble_OrdNr(double value) {
   constexpr double kTolerance = 1e-5;
   const double rest = std::fmod(value, 1.0);
   if (!CompareEq(rest, 0.0, kTolerance) && !CompareEq(rest, 1.0, kTolerance) &&
-      !CompareEq(rest, -1.0, kTolerance)) {
+      !CompareEq(rest, -1.0, kTolerance))
     return kUnusable;
-  }
   const std::int64_t wanted = without_factors(rounded(value), 3);
-  for (int i = 0; i <= kLastKnot; ++i) {
+  for (int i = 0; i <= kLastKnot; ++i)
     if (wanted == knotsArray[i].valueAtMinus3) return i;
-  }
   return kNoMatch;
 }
 
@@ -82,10 +79,8 @@ std::int64_t Normalize_det_double(double value, int p) {
 }
 
 polynomial<int> GivePolyByValM3(double value) {
-  for (int i = 0; i <= kLastKnot; ++i) {
-    if (static_cast<double>(knotsArray[i].valueAtMinus3) == value) {
+  for (int i = 0; i <= kLastKnot; ++i)
+    if (static_cast<double>(knotsArray[i].valueAtMinus3) == value)
       return korvex::alexander::stored_polynomial(knotsArray[i].poly);
-    }
-  }
   return korvex::alexander::stored_polynomial(knotsArray[0].poly);
 }

@@ -7,8 +7,11 @@
 
 namespace korvex::records {
 
+// It throws std::bad_alloc where memory for the text runs out: a text cut short would be taken for
+// another one.
 inline std::ostringstream text_stream() {
   std::ostringstream stream;
+  stream.exceptions(std::ios::badbit);
   stream.imbue(std::locale::classic());
   return stream;
 }

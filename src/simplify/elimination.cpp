@@ -32,12 +32,10 @@ bool plainly_blocked(std::span<const fPointR3> chain, std::size_t i) {
   const fPointR3& a = chain[i];
   const fPointR3& b = chain[i + 1];
   const fPointR3& c = chain[i + 2 == n ? 0 : i + 2];
-  for (std::size_t k = 0; k + 2 <= i; ++k) {
+  for (std::size_t k = 0; k + 2 <= i; ++k)
     if (meet(a, b, c, chain[k], chain[k + 1]) > 0) return true;
-  }
-  for (std::size_t m = i + 3; m + 2 <= n; ++m) {
+  for (std::size_t m = i + 3; m + 2 <= n; ++m)
     if (meet(a, b, c, chain[m], chain[m + 1]) > 0) return true;
-  }
   return i > 0 && i + 3 < n && meet(a, b, c, chain[n - 1], chain[0]) > 0;
 }
 
@@ -102,9 +100,8 @@ void TriangleElimination::link_slots() {
     previous_[slot] = slot == 0 ? last_ : slot - 1;
     place_segment(slot, points_[slot], points_[next_[slot]]);
   }
-  for (std::size_t slot = slots_; slot < segments_.size() * SegmentBlock::kSegments; ++slot) {
+  for (std::size_t slot = slots_; slot < segments_.size() * SegmentBlock::kSegments; ++slot)
     empty_slot(static_cast<Index>(slot));
-  }
   first_doubtful_word_ = 0;
 }
 
@@ -164,11 +161,10 @@ void TriangleElimination::unwatch(Index triangle) {
   if (!own.listed) return;
   own.listed = false;
   if (own.later != kNone) watches_[own.later].earlier = own.earlier;
-  if (own.earlier != kNone) {
+  if (own.earlier != kNone)
     watches_[own.earlier].later = own.later;
-  } else {
+  else
     first_watcher_[own.witness] = own.later;
-  }
 }
 
 // The segment changes: its watchers are in doubt, and try `replacement` first.
@@ -208,7 +204,7 @@ bool TriangleElimination::blocked(Index triangle) {
     ranges.above_first = std::size_t{c} + 1;
     ranges.above_end = triangle == 0 ? last_ : std::size_t{last_} + 1;
   }
-  const Triangle tested(points_[triangle], points_[b], points_[c], largest_coordinate_);
+  const ScannedTriangle tested(points_[triangle], points_[b], points_[c], largest_coordinate_);
   const std::size_t segment = find_blocker(segments_.data(), tested, ranges);
   if (segment == kNoSlot) {
     watches_[triangle].witness = kNone;
@@ -232,11 +228,10 @@ void TriangleElimination::remove_after(Index triangle) {
   place_segment(triangle, points_[triangle], points_[after]);
   empty_slot(removed);
   --live_;
-  if (removed == last_) {
+  if (removed == last_)
     last_ = triangle;
-  } else {
+  else
     put_in_doubt(triangle);
-  }
   if (triangle != 0) {
     unwatch(previous_[triangle]);
     put_in_doubt(previous_[triangle]);
@@ -259,9 +254,8 @@ void TriangleElimination::compact() {
   }
   slots_ = live_;
   link_slots();
-  for (Index triangle = 0; triangle < live_; ++triangle) {
+  for (Index triangle = 0; triangle < live_; ++triangle)
     if (watches_[triangle].listed) watch(triangle, watches_[triangle].witness);
-  }
 }
 
 }  // namespace korvex::simplify

@@ -109,7 +109,7 @@ struct Scan {
   Floats slack;
   bool by_height;
 
-  explicit Scan(const Triangle& triangle)
+  explicit Scan(const ScannedTriangle& triangle)
       : a(spread({triangle.a.x, triangle.a.y, triangle.a.z})),
         e1(spread(triangle.e1)),
         e2(spread(triangle.e2)),
@@ -174,7 +174,7 @@ struct Scan {
   }
 };
 
-std::size_t FindBlocker(const SegmentBlock* blocks, const Triangle& triangle,
+std::size_t FindBlocker(const SegmentBlock* blocks, const ScannedTriangle& triangle,
                         const SlotRanges& ranges) {
   const Scan scan(triangle);
   const std::size_t lanes = hn::Lanes(Tag());
@@ -200,7 +200,7 @@ namespace korvex::simplify {
 
 KORVEX_VARIANTS(FindBlocker);
 
-std::size_t find_blocker(const SegmentBlock* blocks, const Triangle& triangle,
+std::size_t find_blocker(const SegmentBlock* blocks, const ScannedTriangle& triangle,
                          const SlotRanges& ranges) {
   return KORVEX_VARIANT(FindBlocker)(blocks, triangle, ranges);
 }

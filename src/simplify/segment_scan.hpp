@@ -23,8 +23,9 @@ struct alignas(64) SegmentBlock {
 // `slack` bounds, for every segment of the chain, how far rounding and the test's tolerances
 // together can move the heights normal . (point - a) of its ends: a segment that is certain to miss
 // is then told from its heights alone. NaN: no segment is, and all are tested in full.
-struct Triangle {
-  Triangle(const fPointR3& a, const fPointR3& b, const fPointR3& c, float largest_coordinate);
+struct ScannedTriangle {
+  ScannedTriangle(const fPointR3& a, const fPointR3& b, const fPointR3& c,
+                  float largest_coordinate);
 
   fPointR3 a;
   Vector e1;
@@ -47,7 +48,7 @@ constexpr std::size_t kNoSlot = static_cast<std::size_t>(-1);
 
 // The slot of a segment within the ranges for which the plain test is not 0, or kNoSlot when there
 // is none. Which one of several is left open. Cost: linear in the size of the ranges.
-std::size_t find_blocker(const SegmentBlock* blocks, const Triangle& triangle,
+std::size_t find_blocker(const SegmentBlock* blocks, const ScannedTriangle& triangle,
                          const SlotRanges& ranges);
 
 }  // namespace korvex::simplify

@@ -28,8 +28,8 @@ float height_slack(const Vector& e1, const Vector& e2, float largest_coordinate)
 
 }  // namespace
 
-Triangle::Triangle(const fPointR3& a_, const fPointR3& b, const fPointR3& c,
-                   float largest_coordinate)
+ScannedTriangle::ScannedTriangle(const fPointR3& a_, const fPointR3& b, const fPointR3& c,
+                                 float largest_coordinate)
     : a(a_),
       e1(difference(b, a_)),
       e2(difference(c, a_)),

@@ -12,49 +12,51 @@ using support::stored;
 using support::stored_matrix;
 using Coefficients = std::vector<int>;
 
-Coefficients det(const std::vector<std::vector<Coefficients>>& rows) {
+Coefficients determinant_of(const std::vector<std::vector<Coefficients>>& rows) {
   return det_poly(stored_matrix(rows)).data();
 }
 
 TEST(DetPoly, OfNoRowsIsOneZeroCoefficient) {
-  EXPECT_EQ(det({}), Coefficients{0});
+  EXPECT_EQ(determinant_of({}), Coefficients{0});
   EXPECT_EQ(NormalizePoly(det_poly({})).data(), Coefficients{1});
 }
 
 TEST(DetPoly, OfOneRowIsTheEntryAsStored) {
-  EXPECT_EQ(det({{{0, 0}}}), (Coefficients{0, 0}));
-  EXPECT_EQ(det({{{1, -1, 0}, {7}}}), (Coefficients{1, -1, 0}));
-  EXPECT_EQ(det({{{}}}), Coefficients{});
+  EXPECT_EQ(determinant_of({{{0, 0}}}), (Coefficients{0, 0}));
+  EXPECT_EQ(determinant_of({{{1, -1, 0}, {7}}}), (Coefficients{1, -1, 0}));
+  EXPECT_EQ(determinant_of({{{}}}), Coefficients{});
 }
 
 TEST(DetPoly, CancellingToZeroIsEmpty) {
-  EXPECT_EQ(det({{{1}, {0}}, {{2}, {0}}}), Coefficients{});
-  EXPECT_EQ(det({{{1, 1}, {1, 1}}, {{1, 1}, {1, 1}}}), Coefficients{});
+  EXPECT_EQ(determinant_of({{{1}, {0}}, {{2}, {0}}}), Coefficients{});
+  EXPECT_EQ(determinant_of({{{1, 1}, {1, 1}}, {{1, 1}, {1, 1}}}), Coefficients{});
 }
 
 TEST(DetPoly, OfTwoRows) {
-  EXPECT_EQ(det({{{1, -1}, {0, 1}}, {{-1}, {1}}}), Coefficients{1});
-  EXPECT_EQ(det({{{1}, {2}}, {{3}, {4}}}), Coefficients{-2});
+  EXPECT_EQ(determinant_of({{{1, -1}, {0, 1}}, {{-1}, {1}}}), Coefficients{1});
+  EXPECT_EQ(determinant_of({{{1}, {2}}, {{3}, {4}}}), Coefficients{-2});
 }
 
 TEST(DetPoly, SignOfThePermutation) {
-  EXPECT_EQ(det({{{0}, {1}, {0}}, {{0}, {0}, {1}}, {{1}, {0}, {0}}}), Coefficients{1});
-  EXPECT_EQ(det({{{0}, {1}, {0}}, {{1}, {0}, {0}}, {{0}, {0}, {1}}}), Coefficients{-1});
+  EXPECT_EQ(determinant_of({{{0}, {1}, {0}}, {{0}, {0}, {1}}, {{1}, {0}, {0}}}), Coefficients{1});
+  EXPECT_EQ(determinant_of({{{0}, {1}, {0}}, {{1}, {0}, {0}}, {{0}, {0}, {1}}}), Coefficients{-1});
 }
 
 TEST(DetPoly, ColumnsBeyondTheRowsAreNotRead) {
-  EXPECT_EQ(det({{{1}, {2}, {9, 9}}, {{3}, {4}, {9, 9}}}), Coefficients{-2});
+  EXPECT_EQ(determinant_of({{{1}, {2}, {9, 9}}, {{3}, {4}, {9, 9}}}), Coefficients{-2});
 }
 
 TEST(DetPoly, ResultIsTrimmedThoughEntriesAreNot) {
-  EXPECT_EQ(det({{{1, 0, 0}, {0, 0}}, {{0}, {0, 1, 0}}}), (Coefficients{0, 1}));
+  EXPECT_EQ(determinant_of({{{1, 0, 0}, {0, 0}}, {{0}, {0, 1, 0}}}), (Coefficients{0, 1}));
 }
 
-TEST(DetPoly, EmptyEntriesCountAsZero) { EXPECT_EQ(det({{{1}, {}}, {{}, {5}}}), Coefficients{5}); }
+TEST(DetPoly, EmptyEntriesCountAsZero) {
+  EXPECT_EQ(determinant_of({{{1}, {}}, {{}, {5}}}), Coefficients{5});
+}
 
 TEST(DetPoly, CoefficientsWrapAround) {
-  EXPECT_EQ(det({{{65536}, {0}}, {{0}, {65536}}}), Coefficients{});
-  EXPECT_EQ(det({{{INT_MAX}, {0}}, {{0}, {2}}}), Coefficients{-2});
+  EXPECT_EQ(determinant_of({{{65536}, {0}}, {{0}, {65536}}}), Coefficients{});
+  EXPECT_EQ(determinant_of({{{INT_MAX}, {0}}, {{0}, {2}}}), Coefficients{-2});
 }
 
 TEST(NonZeroPoly, TellsZeroFromTheRest) {

@@ -85,7 +85,7 @@ class Interrupts(InTemporaryDirectory):
             stderr=subprocess.PIPE,
         )
         process.stderr.readline()
-        self.assertEqual(len(self.left_behind()), 1)
+        self.assertLessEqual(len(self.left_behind()), 1)  # none where files need no name
         process.send_signal(number)
         status = process.wait()
         process.stderr.close()

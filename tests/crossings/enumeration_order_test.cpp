@@ -17,7 +17,7 @@ using support::flat;
 using Edges = std::vector<Edge>;
 using Pairs = std::vector<std::pair<int, int>>;
 
-const char kEndpoint[] =
+const char kEndpointText[] =
     "PROBLEM with one projection. Two segments cross exactly at the end of one of them.\n";
 
 struct Found {
@@ -106,7 +106,7 @@ TEST(EnumerationOrder, StopsAtTheFirstProblemAndLeavesTheListsUnsorted) {
   EXPECT_EQ(indices(found.edges[0]), (std::vector<int>{0, 1}));  // positions 0.5, then 0.75
   EXPECT_EQ(indices(found.edges[2]), (std::vector<int>{0}));
   EXPECT_EQ(indices(found.edges[3]), (std::vector<int>{1}));
-  EXPECT_EQ(streams.log.text(), kEndpoint);
+  EXPECT_EQ(streams.log.text(), kEndpointText);
   EXPECT_EQ(streams.out.text() + streams.err.text(), "");
 }
 

@@ -5,21 +5,15 @@
 #include <vector>
 
 #include "korvex/alexander.hpp"
-#include "support/data_file.hpp"
 #include "support/diagrams.hpp"
 #include "support/knot_rows.hpp"
 
 namespace korvex {
 namespace {
 
-const std::vector<support::KnotRow>& rows() {
-  static const auto all = support::read_knot_rows(support::data_file("prime_knots_to_10.tsv"));
-  return all;
-}
-
 TEST(AlexanderKey, IsThatOfThePolynomialOfEveryPrimeKnotToTenCrossings) {
-  ASSERT_EQ(rows().size(), 249U);
-  for (const support::KnotRow& row : rows()) {
+  ASSERT_EQ(support::knot_rows().size(), 249U);
+  for (const support::KnotRow& row : support::knot_rows()) {
     const Diagram diagram = Diagram::of_pd(row.pd);
     EXPECT_EQ(alexander_key(diagram), alexander_key_of(row.alexander)) << row.name;
     EXPECT_EQ(alexander_key(diagram.mirror()), alexander_key(diagram)) << row.name;

@@ -15,7 +15,6 @@
 #include "korvex/error.hpp"
 #include "korvex/homfly.hpp"
 #include "support/chains.hpp"
-#include "support/data_file.hpp"
 #include "support/diagrams.hpp"
 #include "support/knot_rows.hpp"
 
@@ -120,8 +119,7 @@ Diagram random_diagram(int vertices, std::uint64_t seed) {
 }
 
 TEST(AlexanderPolynomial, IsThatOfEveryPrimeKnotToTenCrossings) {
-  for (const support::KnotRow& row :
-       support::read_knot_rows(support::data_file("prime_knots_to_10.tsv"))) {
+  for (const support::KnotRow& row : support::knot_rows()) {
     const Diagram diagram = Diagram::of_pd(row.pd);
     const AlexanderPolynomial polynomial = alexander_polynomial(diagram);
     EXPECT_EQ(polynomial.small_coefficients(), row.alexander) << row.name;

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <map>
 #include <sstream>
 #include <string>
@@ -22,14 +23,14 @@ namespace {
 using Shares = std::map<std::string, double>;
 
 // Knots by their Alexander keys: as good as types to compare shares by, and faster.
-std::string key_name(const GaussCode& closed) {
+std::string type_by_key(const GaussCode& closed) {
   const std::uint64_t key = alexander_key(closed);
   return key == 1 ? "0_1" : std::to_string(key);
 }
 
 Fingerprint exact(std::span<const Point> chain, std::size_t step = 1, const korvex::Run& run = {},
                   SubChains sub_chains = SubChains::kInClasses) {
-  return fingerprint_with(NamedDiagrams(key_name), chain, {.exact = true, .step = step}, run,
+  return fingerprint_with(NamedDiagrams(type_by_key), chain, {.exact = true, .step = step}, run,
                           sub_chains);
 }
 
@@ -41,7 +42,7 @@ Shares shares_of(const Fingerprint& fingerprint, std::size_t begin, std::size_t 
   return shares;
 }
 
-Shares shares_of(const ClosureMap& map) {
+Shares shares_in(const ClosureMap& map) {
   Shares shares;
   for (const TypeShare& type : map.types) shares[type.type] = type.share;
   return shares;
@@ -72,14 +73,14 @@ void expect_maps_of_sub_chains(const Fingerprint& fingerprint, std::span<const P
       if (cell++ % stride != 0) continue;
       const auto from = static_cast<std::size_t>(stations[begin]);
       const auto to = static_cast<std::size_t>(stations[end]);
-      const auto map = closure_map_with(NamedDiagrams(key_name), chain.subspan(from, to - from + 1),
-                                        {.boundaries = false});
-      expect_near(shares_of(fingerprint, begin, end), shares_of(*map), cell_text(begin, end));
+      const auto map = closure_map_with(NamedDiagrams(type_by_key),
+                                        chain.subspan(from, to - from + 1), {.boundaries = false});
+      expect_near(shares_of(fingerprint, begin, end), shares_in(*map), cell_text(begin, end));
     }
   }
 }
 
-void expect_same(const Fingerprint& a, const Fingerprint& b) {
+void expect_equal_shares(const Fingerprint& a, const Fingerprint& b) {
   ASSERT_EQ(a.stations(), b.stations());
   ASSERT_EQ(a.types(), b.types());
   for (std::size_t begin = 0; begin < a.stations().size(); ++begin)
@@ -88,7 +89,7 @@ void expect_same(const Fingerprint& a, const Fingerprint& b) {
         ASSERT_EQ(a.share(type, begin, end), b.share(type, begin, end)) << cell_text(begin, end);
 }
 
-std::vector<Point> protein(const std::string& file) {
+std::vector<Point> chain_a_of(const std::string& file) {
   ReadOptions options;
   options.chains = {"A"};
   return read_chains(support::data_file("proteins/" + file), options).at(0).points;
@@ -115,15 +116,19 @@ TEST(ExactFingerprint, EqualsTheMapOfEverySubChain) {
 }
 
 TEST(ExactFingerprint, EqualsTheMapsOfSubChainsOfProteins) {
-  const auto chain = protein("2efv_CA.pdb");
+  const auto chain = chain_a_of("2efv_CA.pdb");
   const Fingerprint found = exact(chain);
   EXPECT_EQ(found.doubt(), 0);
   expect_maps_of_sub_chains(found, chain, 13);
 }
 
 TEST(ExactFingerprint, WithAStepEqualsTheMapsOfSubChainsOfLongerProteins) {
-  for (const char* file : {"1ztu.pdb", "1xd3_A_bound.pdb"}) {
-    const auto chain = protein(file);
+  std::vector<const char*> files{"1ztu.pdb", "1xd3_A_bound.pdb"};
+  if (std::getenv("KORVEX_LONG_TESTS") != nullptr)
+    files.insert(files.end(), {"1ca2.pdb", "1crn.cif", "1l2y.pdb", "1tim.pdb.gz", "1ubq.pdb",
+                               "4g6m_fab_merged_gap.pdb", "4hhb.pdb", "4yvi.cif"});
+  for (const char* file : files) {
+    const auto chain = chain_a_of(file);
     const Fingerprint found = exact(chain, 17);
     EXPECT_EQ(found.doubt(), 0) << file;
     expect_maps_of_sub_chains(found, chain, 7);
@@ -155,8 +160,8 @@ TEST(ExactFingerprint, EqualsTheWayOneByOneOnLatticesAndInPlanes) {
 TEST(ExactFingerprint, DoesNotDependOnThreadsOrSeed) {
   const auto chain = compact_walk(3, 36);
   const Fingerprint one = exact(chain);
-  expect_same(one, exact(chain, 1, {.threads = 2}));
-  expect_same(one, exact(chain, 1, {.threads = 5, .seed = 77}));
+  expect_equal_shares(one, exact(chain, 1, {.threads = 2}));
+  expect_equal_shares(one, exact(chain, 1, {.threads = 5, .seed = 77}));
 }
 
 TEST(ExactFingerprint, WithAStepIsThatOfItsStations) {
@@ -220,7 +225,7 @@ TEST(ExactFingerprint, HasADominantTypeOfTheLargestShare) {
 }
 
 TEST(ExactFingerprint, WritesSharesInPlaceOfVotes) {
-  const auto chain = protein("2efv_CA.pdb");
+  const auto chain = chain_a_of("2efv_CA.pdb");
   const Fingerprint found = fingerprint(chain, {.exact = true, .step = 20});
   const auto written = [&](ReportFormat format) {
     std::ostringstream out;

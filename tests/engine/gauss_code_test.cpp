@@ -6,6 +6,7 @@
 #include "engine/diagram/code_closure.hpp"
 #include "engine/diagram/code_reduction.hpp"
 #include "engine/diagram/plane_diagram.hpp"
+#include "engine/invariants/of_codes.hpp"
 #include "engine/projection/projection.hpp"
 #include "engine/random_chains.hpp"
 #include "korvex/diagram.hpp"
@@ -214,6 +215,55 @@ TEST(RestrictedCode, IsTheCodeOfThePartOfTheChain) {
     for (std::int32_t& segment : restricted.segments) segment -= 10;
     EXPECT_EQ(restricted, part.chain_code()) << seed;
   }
+}
+
+TEST(ReducedCode, ReducedFurtherHasNoMoveLeftAndTheTypeOfEveryChainThatHoldsTheCore) {
+  std::size_t taken_out = 0;
+  for (unsigned seed = 0; seed < 100; ++seed) {
+    const ChainCode whole = general_view(compact_walk(seed, 60), {0, 0, 1}).projection.chain_code();
+    const SegmentRange small{26, static_cast<std::int32_t>(28 + seed % 8)};
+    const SegmentRange large{static_cast<std::int32_t>(10 + seed % 16), 48};
+    ChainCodeReduction reduction;
+    ChainCode before = whole;
+    reduction.reduce(before, small);
+    for (const SegmentRange range : {SegmentRange{}, SegmentRange{4, 52}, SegmentRange{9, 60}}) {
+      ChainCode further;
+      reduction.restrict_to(range, before, further);
+      reduction.reduce_further(further, large, small);
+      taken_out += before.code.size() - further.code.size();
+      ChainCode anew = further;
+      reduction.reduce(anew, large);
+      ASSERT_EQ(anew, further) << seed;
+      for (const SegmentRange part : {SegmentRange{large.begin, 48}, SegmentRange{9, 52}}) {
+        const auto key = [&](const ChainCode& chain) {
+          ChainCode own;
+          reduction.restrict_to(part, chain, own);
+          return alexander_key(closed_over(own.code));
+        };
+        ASSERT_EQ(key(further), key(whole)) << seed;
+      }
+    }
+  }
+  EXPECT_GT(taken_out, 1000u);
+}
+
+TEST(ReducedCode, LosesKinksOutsideOfTheCore) {
+  GaussCode code{{4, false, true}, {2, true, true}, {1, false, true},
+                 {5, true, true},  {0, true, true}, {3, false, true}};
+  CodeReduction().reduce(code, {0, 0});
+  EXPECT_EQ(code.size(), 4u);
+}
+
+TEST(ReducedCode, TakesStrandsApartTheLowerOfWhichIsInTheCore) {
+  const GaussCode lower_first{{4, false, true}, {5, false, true}, {6, false, false},
+                              {7, true, true},  {0, true, true},  {1, true, true},
+                              {2, true, false}, {3, false, true}};
+  GaussCode code = lower_first;
+  CodeReduction().reduce(code, {1, 3});
+  EXPECT_EQ(code.size(), 4u);
+  code = lower_first;
+  CodeReduction().reduce(code, {2, 7});
+  EXPECT_EQ(code, lower_first);
 }
 
 }  // namespace

@@ -1,13 +1,16 @@
 #include <gtest/gtest.h>
 
+#include <string>
 #include <vector>
 
 #include "engine/projection/projection.hpp"
+#include "korvex/closure_map.hpp"
 #include "korvex/diagram.hpp"
 #include "korvex/directions.hpp"
 #include "korvex/error.hpp"
 #include "korvex/fingerprint.hpp"
 #include "korvex/ring.hpp"
+#include "korvex/votes.hpp"
 
 namespace korvex {
 namespace {
@@ -52,6 +55,42 @@ TEST(GeneralView, OfFewPointsIsThatOfTheGivenPoints) {
   for (std::size_t count = 0; count <= 4; ++count) {
     const std::vector<Point> chain(count, Point{1, 2, 3});
     EXPECT_TRUE(general_view(chain, kUp).moved.empty()) << count;
+  }
+}
+
+// Unit steps on a lattice, touching itself, with one point `off` away.
+std::vector<Point> touching_chain(double off) {
+  return {{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 1, 0}, {0, 0, 0},   {0, 0, 1},
+          {1, 0, 1}, {1, 0, 0}, {2, 0, 0}, {2, 1, 1}, {off, 1, 1}, {2, 2, 1}};
+}
+
+TEST(GeneralView, MovesPointsByFarLessThanTheirBondsHoweverFarOneLies) {
+  for (const double off : {3.0, 1e3, 1e5, 5e6}) {
+    const std::vector<Point> chain = touching_chain(off);
+    const GeneralView view = general_view(chain, kUp);
+    ASSERT_EQ(view.moved.size(), chain.size());
+    for (std::size_t i = 0; i < chain.size(); ++i)
+      EXPECT_LT(norm(view.moved[i] - chain[i]), 0.011) << off << ", point " << i;
+  }
+}
+
+TEST(ChainsThatCannotBeSeen, NameThePointThatLiesTooFarOff) {
+  for (const double off : {1e8, 1e9, 1e12, 1e200}) {
+    const std::vector<Point> chain = touching_chain(off);
+    const auto expect_named = [](const auto& look) {
+      try {
+        look();
+        ADD_FAILURE() << "not refused";
+      } catch (const Error& error) {
+        EXPECT_NE(std::string(error.what()).find("points 10 and 11 lie so far apart"),
+                  std::string::npos)
+            << error.what();
+      }
+    };
+    expect_named([&] { vote(chain); });
+    expect_named([&] { closure_map(chain); });
+    expect_named([&] { fingerprint(chain); });
+    expect_named([&] { examine_ring(chain); });
   }
 }
 

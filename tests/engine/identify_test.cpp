@@ -14,17 +14,11 @@
 #include "engine/diagram/trusted_diagram.hpp"
 #include "engine/identify/canonical_code.hpp"
 #include "korvex/signature.hpp"
-#include "support/data_file.hpp"
 #include "support/diagrams.hpp"
 #include "support/knot_rows.hpp"
 
 namespace korvex {
 namespace {
-
-const std::vector<support::KnotRow>& rows() {
-  static const auto all = support::read_knot_rows(support::data_file("prime_knots_to_10.tsv"));
-  return all;
-}
 
 std::string opposite(std::string name) {
   for (char& c : name) c = c == '+' ? '-' : c == '-' ? '+' : c;
@@ -32,7 +26,7 @@ std::string opposite(std::string name) {
 }
 
 TEST(Catalogue, HoldsEveryPrimeToTenCrossingsWithItsInvariants) {
-  for (const support::KnotRow& row : rows()) {
+  for (const support::KnotRow& row : support::knot_rows()) {
     const KnotType* const type = find_knot_type(row.name);
     ASSERT_NE(type, nullptr) << row.name;
     EXPECT_TRUE(type->is_prime());
@@ -172,7 +166,7 @@ TEST(Identify, NamesASumTheSameWhetherOrNotItsDiagramShowsIt) {
   }
 }
 
-struct Drawn {
+struct DrawnCode {
   const char* name;  // of the type whose HOMFLY-PT polynomial the diagram's knot has
   const char* code;
 };
@@ -203,14 +197,15 @@ TEST(Identify, FindsTheSummandsOfADiagramThatDoesNotShowThem) {
 
 // Diagrams of 11 to 15 crossings that pass moves do not shorten.
 TEST(Identify, ProvesANameByADiagramThatMovesOfTheThirdKindLeadTo) {
-  for (const Drawn& known :
-       {Drawn{"-10_106",
-              "O1+U2-O3-U4-U5-O6-U7+O8+O2-U9+O10+U11-U6-O12-U13-O5-O14-U10+O15+U1+O9+"
-              "U3-U12-O13-O4-U14-O11-O7+U8+U15+"},
-        Drawn{"-8_10", "U1-O2+U3-U4+O5-O6+U7-O3-O8-O9-U10-U5-O11+O7-U2+U8-O4+U11+U6+O1-U9-O10-"},
-        Drawn{"+10_62",
-              "O1+O2-U3+O4+O5+U6+O7+U8+O9+U1+O10-O3+U11-U5+O6+U7+O8+U9+O12-U10-U2-O11-"
-              "U4+U12-"}}) {
+  for (const DrawnCode& known :
+       {DrawnCode{"-10_106",
+                  "O1+U2-O3-U4-U5-O6-U7+O8+O2-U9+O10+U11-U6-O12-U13-O5-O14-U10+O15+U1+O9+"
+                  "U3-U12-O13-O4-U14-O11-O7+U8+U15+"},
+        DrawnCode{"-8_10",
+                  "U1-O2+U3-U4+O5-O6+U7-O3-O8-O9-U10-U5-O11+O7-U2+U8-O4+U11+U6+O1-U9-O10-"},
+        DrawnCode{"+10_62",
+                  "O1+O2-U3+O4+O5+U6+O7+U8+O9+U1+O10-O3+U11-U5+O6+U7+O8+U9+O12-U10-U2-O11-"
+                  "U4+U12-"}}) {
     const Diagram diagram = Diagram::of_gauss_code(known.code);
     EXPECT_EQ(diagram.simplified(), diagram) << known.name;
     const KnotIdentity identity = identify(diagram);
@@ -229,7 +224,7 @@ TEST(Identify, TellsPrimeFromCompositeWhereHomflyDoesNot) {
 }
 
 // Diagrams of 11 and 12 crossings whose knots the catalogue lacks.
-constexpr Drawn kDoubles[] = {
+constexpr DrawnCode kDoubles[] = {
     {"+7_1", "O1+U2-O3-U4+O5+U6-U7+O8+O2-U9+O4+O10+U11+U5+O12+O7+U8+U1+O9+U3-U10+O11+O6-U12+"},
     {"+8_2", "U1+O2+U3-O4-U5-U6+O7+O8-U2+O9+U4-O5-U10+O1+U11+O12+U8-O3-U9+O10+O6+U7+U12+O11+"},
     {"4_1#4_1", "U1-O2+U3+O4-O5+U6+U7-O1-O8+U9+O6+U5+U10-O11-U12-O3+U2+U8+O9+O12-U11-O10-U4-O7-"},
@@ -241,7 +236,7 @@ constexpr Drawn kDoubles[] = {
 // Some differ in their signature, the others in their parabolic colourings.
 TEST(Identify, DoesNotNameAKnotForItsHomflyPolynomialAlone) {
   std::set<Evidence> evidence;
-  for (const Drawn& known : kDoubles) {
+  for (const DrawnCode& known : kDoubles) {
     const Diagram diagram = Diagram::of_gauss_code(known.code);
     ASSERT_EQ(homfly(diagram), find_knot_type(known.name)->homfly) << known.name;
     ASSERT_EQ(diagram.simplified().crossings(), diagram.crossings()) << known.name;

@@ -6,6 +6,7 @@
 #include <stdexcept>
 #include <vector>
 
+#include "korvex/each.hpp"
 #include "korvex/error.hpp"
 
 namespace korvex {
@@ -17,6 +18,17 @@ TEST(ForEachPiece, DoesEveryPieceOnce) {
     for_each_piece({.threads = threads}, done.size(),
                    [&](std::size_t piece, unsigned) { ++done[piece]; });
     EXPECT_EQ(done, std::vector<int>(100, 1));
+  }
+}
+
+TEST(ForEachIndex, CallsTheWorkOnceForEveryIndexAndTellsTheProgress) {
+  for (const unsigned threads : {1u, 3u}) {
+    std::vector<int> done(50, 0);
+    double told = 0;
+    for_each_index(done.size(), [&](std::size_t index) { ++done[index]; },
+                   {.threads = threads, .progress = [&](double fraction) { told = fraction; }});
+    EXPECT_EQ(done, std::vector<int>(50, 1));
+    EXPECT_EQ(told, 1);
   }
 }
 

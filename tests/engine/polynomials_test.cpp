@@ -7,17 +7,11 @@
 #include "korvex/error.hpp"
 #include "korvex/homfly.hpp"
 #include "korvex/jones.hpp"
-#include "support/data_file.hpp"
 #include "support/diagrams.hpp"
 #include "support/knot_rows.hpp"
 
 namespace korvex {
 namespace {
-
-const std::vector<support::KnotRow>& rows() {
-  static const auto all = support::read_knot_rows(support::data_file("prime_knots_to_10.tsv"));
-  return all;
-}
 
 // a = 1/t, z = t^1/2 - t^-1/2, z^2 = t - 2 + 1/t.
 JonesPolynomial jones_from(const HomflyPolynomial& homfly) {
@@ -34,7 +28,7 @@ JonesPolynomial jones_from(const HomflyPolynomial& homfly) {
 }
 
 TEST(Homfly, IsThatOfEveryPrimeKnotToTenCrossings) {
-  for (const support::KnotRow& row : rows()) {
+  for (const support::KnotRow& row : support::knot_rows()) {
     const Diagram diagram = Diagram::of_pd(row.pd);
     const auto polynomial = homfly(diagram);
     ASSERT_TRUE(polynomial) << row.name;
@@ -46,7 +40,7 @@ TEST(Homfly, IsThatOfEveryPrimeKnotToTenCrossings) {
 }
 
 TEST(Jones, IsThatOfEveryPrimeKnotToTenCrossings) {
-  for (const support::KnotRow& row : rows()) {
+  for (const support::KnotRow& row : support::knot_rows()) {
     const Diagram diagram = Diagram::of_pd(row.pd);
     const auto polynomial = jones(diagram);
     ASSERT_TRUE(polynomial) << row.name;
@@ -58,19 +52,19 @@ TEST(Jones, IsThatOfEveryPrimeKnotToTenCrossings) {
 }
 
 TEST(Jones, IsAValueOfHomfly) {
-  for (const support::KnotRow& row : rows()) {
+  for (const support::KnotRow& row : support::knot_rows()) {
     const Diagram diagram = Diagram::of_pd(row.pd);
     EXPECT_EQ(jones_from(*homfly(diagram)), *jones(diagram)) << row.name;
   }
 }
 
 TEST(Homfly, OfAConnectedSumIsTheProduct) {
-  for (std::size_t k = 0; k < rows().size(); k += 12) {
-    const Diagram a = Diagram::of_pd(rows()[k].pd);
-    const Diagram b = Diagram::of_pd(rows()[(7 * k + 3) % 60].pd).mirror();
+  for (std::size_t k = 0; k < support::knot_rows().size(); k += 12) {
+    const Diagram a = Diagram::of_pd(support::knot_rows()[k].pd);
+    const Diagram b = Diagram::of_pd(support::knot_rows()[(7 * k + 3) % 60].pd).mirror();
     const Diagram sum = a.connected_sum(b);
-    EXPECT_EQ(*homfly(sum), product(*homfly(a), *homfly(b))) << rows()[k].name;
-    EXPECT_EQ(*jones(sum), product(*jones(a), *jones(b))) << rows()[k].name;
+    EXPECT_EQ(*homfly(sum), product(*homfly(a), *homfly(b))) << support::knot_rows()[k].name;
+    EXPECT_EQ(*jones(sum), product(*jones(a), *jones(b))) << support::knot_rows()[k].name;
   }
 }
 

@@ -260,7 +260,40 @@ TEST(Reports, OfNothingAreComplete) {
   EXPECT_EQ(empty(ReportFormat::kTsv),
             "source\tmodel\tchain\tresidues\tclosure\ttrials\ttype\tvotes\tshare\tlow\thigh\tgaps\t"
             "longest_gap\t"
-            "mended\tends\tpart\n");
+            "mended\tends\tpart\ttime\tstep\tplddt\n");
+}
+
+TEST(Reports, TellTimeStepAndConfidence) {
+  Chain chain;
+  chain.points = {{0, 0, 0}, {1, 0, 0}};
+  chain.residues.resize(2);
+  chain.source = "file";
+  chain.model = 3;
+  chain.step = 500;
+  EXPECT_EQ(title_of(chain), "file model 3 step 500");
+  chain.time = 0.25;
+  chain.plddt = {90, 95.5};
+  EXPECT_EQ(title_of(chain), "file model 3 time 0.25");
+  const auto report = [&](ReportFormat format) {
+    std::ostringstream out;
+    VotesReport written(format, out);
+    Votes votes;
+    votes.trials = 1;
+    votes.types.push_back({"0_1", 1, 1.0, {}, 1});
+    written.add(chain, Closure::kOut, votes);
+    written.finish();
+    return out.str();
+  };
+  EXPECT_NE(report(ReportFormat::kText).find(", mean pLDDT 92.75)"), std::string::npos);
+  EXPECT_NE(report(ReportFormat::kTsv).find("\t0.25\t500\t92.75\n"), std::string::npos);
+  const std::string json = report(ReportFormat::kJson);
+  for (const char* part : {"\"time\": 0.25", "\"step\": 500", "\"plddt\": 92.75"})
+    EXPECT_NE(json.find(part), std::string::npos) << json;
+  chain.time.reset();
+  chain.step.reset();
+  chain.plddt.clear();
+  EXPECT_NE(report(ReportFormat::kTsv).find("\t0\t\t\t\n"), std::string::npos);
+  EXPECT_EQ(report(ReportFormat::kJson).find("time"), std::string::npos);
 }
 
 }  // namespace

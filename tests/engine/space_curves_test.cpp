@@ -7,7 +7,6 @@
 
 #include "korvex/identify.hpp"
 #include "support/chains.hpp"
-#include "support/data_file.hpp"
 #include "support/diagrams.hpp"
 #include "support/embedding.hpp"
 #include "support/knot_rows.hpp"
@@ -25,12 +24,12 @@ std::string name_seen_from(const Ring& ring, const Point& direction) {
   return identify(Diagram::of_polygon(ring, direction)).name;
 }
 
-std::string opposite(std::string name) {
+std::string opposite_hand(std::string name) {
   for (char& c : name) c = c == '+' ? '-' : c == '-' ? '+' : c;
   return name;
 }
 
-Ring mirrored(Ring ring) {
+Ring mirror_image(Ring ring) {
   for (Point& p : ring) p.x = -p.x;
   return ring;
 }
@@ -87,8 +86,7 @@ void try_move(Ring& ring, support::Random& random) {
 
 TEST(SpaceCurves, OfAllPrimesToTenCrossingsAreNamedFromAnyDirection) {
   support::Random random(1);
-  for (const support::KnotRow& row :
-       support::read_knot_rows(support::data_file("prime_knots_to_10.tsv"))) {
+  for (const support::KnotRow& row : support::knot_rows()) {
     const Diagram diagram = Diagram::of_pd(row.pd);
     const KnotIdentity known = identify(diagram);
     const Ring ring = support::embedded(diagram);
@@ -97,7 +95,7 @@ TEST(SpaceCurves, OfAllPrimesToTenCrossingsAreNamedFromAnyDirection) {
     for (int k = 0; k < 2; ++k) {
       const Point direction = random_direction(random);
       EXPECT_EQ(name_seen_from(ring, direction), known.name);
-      EXPECT_EQ(name_seen_from(mirrored(ring), direction), opposite(known.name));
+      EXPECT_EQ(name_seen_from(mirror_image(ring), direction), opposite_hand(known.name));
     }
   }
 }

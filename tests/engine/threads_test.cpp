@@ -48,7 +48,7 @@ void expect_one_answer(const std::function<std::string()>& answer) {
   for (const std::string& own : answers) EXPECT_EQ(own, alone);
 }
 
-std::string shown(const Votes& votes) {
+std::string written(const Votes& votes) {
   std::string text;
   for (const TypeVotes& type : votes.types)
     text += type.type + ' ' + std::to_string(type.count) + '\n';
@@ -57,7 +57,7 @@ std::string shown(const Votes& votes) {
   return text;
 }
 
-std::string shown(const Fingerprint& fingerprint) {
+std::string written(const Fingerprint& fingerprint) {
   std::string text;
   const std::size_t last = fingerprint.stations().size();
   for (std::size_t type = 0; type < fingerprint.types().size(); ++type) {
@@ -99,14 +99,14 @@ TEST(AtOnce, VotesOfOneChainOnThreadsOfTheirOwn) {
   const auto chain = compact_walk(7, 120);
   for (const Closure closure : {Closure::kRays, Closure::kTwoPoints})
     expect_one_answer(
-        [&] { return shown(vote(chain, {.closure = closure, .trials = 60}, {.threads = 2})); });
+        [&] { return written(vote(chain, {.closure = closure, .trials = 60}, {.threads = 2})); });
 }
 
 TEST(AtOnce, FingerprintsOfOneChainOnThreadsOfTheirOwn) {
   const auto chain = compact_walk(3, 60);
   for (const Closure closure : {Closure::kRays, Closure::kTwoPoints})
     expect_one_answer([&] {
-      return shown(fingerprint(chain, {.closure = closure, .directions = 12}, {.threads = 2}));
+      return written(fingerprint(chain, {.closure = closure, .directions = 12}, {.threads = 2}));
     });
 }
 
@@ -114,7 +114,7 @@ TEST(AtOnce, OneFingerprintIsReadAndLocated) {
   const Fingerprint found = fingerprint(compact_walk(3, 60), {.directions = 12}, {.threads = 2});
   expect_one_answer([&] {
     const Location location = locate(found, {.threshold = 0.2});
-    return shown(found) + location.type + ' ' + std::to_string(location.knots.size());
+    return written(found) + location.type + ' ' + std::to_string(location.knots.size());
   });
 }
 

@@ -9,9 +9,9 @@
 
 namespace {
 
-constexpr unsigned long long kAmple = 768000000;
+constexpr unsigned long long kAmplePool = 768000000;
 
-std::vector<ChainAtom> chain_of(int atoms) {
+std::vector<ChainAtom> curve_of(int atoms) {
   std::vector<ChainAtom> chain;
   for (int k = 0; k < atoms; ++k) chain.push_back({k + 0.5, k * k * 0.25, k % 3 - 1.0, 101 + k});
   return chain;
@@ -46,10 +46,10 @@ const std::vector<Job> kNet = {{0, 0, 101, 110, 1, 10}, {0, 0, 101, 107, 1, 7},
                                {0, 0, 104, 107, 4, 7},  {0, 0, 107, 110, 7, 10}};
 
 TEST(PrepareAllInfixesFuleren, OpenPiecesWithTheirTwoTrailingCopies) {
-  const auto chain = chain_of(10);
+  const auto chain = curve_of(10);
   for (const int closure : {0, 4, 17}) {
     unsigned next = 0;
-    const Batch batch = prepare(chain, {kNet[2]}, next, 2, closure, kAmple);
+    const Batch batch = prepare(chain, {kNet[2]}, next, 2, closure, kAmplePool);
     EXPECT_EQ(batch.result, 1);
     EXPECT_EQ(next, 1U);
     ASSERT_EQ(batch.pool.size(), 12U);
@@ -73,7 +73,7 @@ TEST(PrepareAllInfixesFuleren, OpenPiecesWithTheirTwoTrailingCopies) {
 TEST(PrepareAllInfixesFuleren, ClosedPiecesGrow) {
   for (const int closure : {1, 2, 3}) {
     unsigned next = 0;
-    const Batch batch = prepare(chain_of(10), {kNet[0]}, next, 3, closure, kAmple);
+    const Batch batch = prepare(curve_of(10), {kNet[0]}, next, 3, closure, kAmplePool);
     ASSERT_EQ(batch.jobs.size(), 3U);
     int start = 0;
     for (const Job& job : batch.jobs) {
@@ -86,7 +86,7 @@ TEST(PrepareAllInfixesFuleren, ClosedPiecesGrow) {
 }
 
 TEST(PrepareAllInfixesFuleren, BudgetCutsTheListIntoBatches) {
-  const auto chain = chain_of(10);
+  const auto chain = curve_of(10);
   unsigned next = 0;
   Batch batch = prepare(chain, kNet, next, 1, 0, 1456);
   EXPECT_EQ(batch.result, 0);
@@ -104,7 +104,7 @@ TEST(PrepareAllInfixesFuleren, BudgetCutsTheListIntoBatches) {
 
 TEST(PrepareAllInfixesFuleren, BudgetBelowTheFirstCandidateGivesUp) {
   unsigned next = 0;
-  const Batch batch = prepare(chain_of(10), kNet, next, 1, 0, 1299);
+  const Batch batch = prepare(curve_of(10), kNet, next, 1, 0, 1299);
   EXPECT_EQ(batch.result, 1);
   EXPECT_EQ(next, 0U);
   EXPECT_TRUE(batch.jobs.empty());
@@ -119,13 +119,13 @@ TEST(PrepareAllInfixesFuleren, BudgetCountsTheLengthOfACandidate) {
   Job candidate = kNet[0];
   candidate.length = 50;
   unsigned next = 0;
-  EXPECT_EQ(prepare(chain_of(10), {candidate}, next, 2, 0, 3899).jobs.size(), 0U);
-  EXPECT_EQ(prepare(chain_of(10), {candidate}, next, 2, 0, 3900).jobs.size(), 2U);
+  EXPECT_EQ(prepare(curve_of(10), {candidate}, next, 2, 0, 3899).jobs.size(), 0U);
+  EXPECT_EQ(prepare(curve_of(10), {candidate}, next, 2, 0, 3900).jobs.size(), 2U);
 }
 
 TEST(PrepareAllInfixesFuleren, WithoutTrialsTheWholeListYieldsNothing) {
   unsigned next = 0;
-  const Batch batch = prepare(chain_of(10), kNet, next, 0, 0, kAmple);
+  const Batch batch = prepare(curve_of(10), kNet, next, 0, 0, kAmplePool);
   EXPECT_EQ(batch.result, 1);
   EXPECT_EQ(next, 6U);
   EXPECT_TRUE(batch.jobs.empty());
@@ -135,13 +135,13 @@ TEST(PrepareAllInfixesFuleren, WithoutTrialsTheWholeListYieldsNothing) {
 // In the unsigned arithmetic of the estimate they exceed every budget but the largest ones.
 TEST(PrepareAllInfixesFuleren, NegativeTrialsYieldNothing) {
   unsigned next = 2;
-  const Batch batch = prepare(chain_of(10), kNet, next, -1, 0, kAmple);
+  const Batch batch = prepare(curve_of(10), kNet, next, -1, 0, kAmplePool);
   EXPECT_EQ(batch.result, 1);
   EXPECT_EQ(next, 2U);
   EXPECT_TRUE(batch.jobs.empty());
   EXPECT_EQ(batch.log, "created 0 jobs of total size 0The last: 101 104. Will continue.\n");
   next = 0;
-  const Batch unlimited = prepare(chain_of(10), kNet, next, -1, 0, ~0ULL);
+  const Batch unlimited = prepare(curve_of(10), kNet, next, -1, 0, ~0ULL);
   EXPECT_EQ(unlimited.result, 1);
   EXPECT_EQ(next, 6U);
   EXPECT_EQ(unlimited.log, "created 0 jobs of total size 0\n");
@@ -149,25 +149,25 @@ TEST(PrepareAllInfixesFuleren, NegativeTrialsYieldNothing) {
 
 TEST(PrepareAllInfixesFuleren, FlushesTheLogOnce) {
   unsigned next = 0;
-  EXPECT_EQ(prepare(chain_of(10), kNet, next, 1, 0, kAmple).flushes, 1);
+  EXPECT_EQ(prepare(curve_of(10), kNet, next, 1, 0, kAmplePool).flushes, 1);
   next = 0;
-  EXPECT_EQ(prepare(chain_of(10), kNet, next, 1, 0, 2000).flushes, 1);
+  EXPECT_EQ(prepare(curve_of(10), kNet, next, 1, 0, 2000).flushes, 1);
   next = 0;
-  EXPECT_EQ(prepare(chain_of(10), kNet, next, 1, 0, 5).flushes, 1);
+  EXPECT_EQ(prepare(curve_of(10), kNet, next, 1, 0, 5).flushes, 1);
 }
 
 TEST(PrepareAllInfixesFuleren, ExhaustedCursorStartsAgain) {
   unsigned next = 6;
-  EXPECT_EQ(prepare(chain_of(10), kNet, next, 1, 0, kAmple).jobs.size(), 6U);
+  EXPECT_EQ(prepare(curve_of(10), kNet, next, 1, 0, kAmplePool).jobs.size(), 6U);
   next = 3;
-  EXPECT_EQ(prepare(chain_of(10), {}, next, 1, 0, kAmple).result, 1);
+  EXPECT_EQ(prepare(curve_of(10), {}, next, 1, 0, kAmplePool).result, 1);
   EXPECT_EQ(next, 0U);
 }
 
 TEST(PrepareAllInfixesFuleren, DrawsTwoDifferentDirectionsACopy) {
   unsigned next = 0;
   std::srand(3);
-  prepare(chain_of(10), kNet, next, 2, 0, kAmple);
+  prepare(curve_of(10), kNet, next, 2, 0, kAmplePool);
   const int after = std::rand();
   std::srand(3);
   for (int copy = 0; copy < 12; ++copy) {
@@ -179,13 +179,13 @@ TEST(PrepareAllInfixesFuleren, DrawsTwoDifferentDirectionsACopy) {
 }
 
 TEST(PrepareAllInfixes, BadLengths) {
-  const auto chain = chain_of(6);
+  const auto chain = curve_of(6);
   for (const unsigned bad : {0U, 3U, 7U}) {
     const support::CapturedStream errors(std::cerr);
     std::vector<fPointR3> pool(1);
     std::vector<Job> jobs(1);
     unsigned len = bad, start = 0;
-    EXPECT_EQ(PrepareAllInfixes(chain, pool, jobs, len, start, kAmple), -1);
+    EXPECT_EQ(PrepareAllInfixes(chain, pool, jobs, len, start, kAmplePool), -1);
     EXPECT_TRUE(pool.empty());
     EXPECT_TRUE(jobs.empty());
     EXPECT_EQ(errors.text(),
@@ -194,12 +194,12 @@ TEST(PrepareAllInfixes, BadLengths) {
 }
 
 TEST(PrepareAllInfixes, EveryLengthAndStart) {
-  const auto chain = chain_of(6);
+  const auto chain = curve_of(6);
   const support::CapturedStream log(std::clog);
   std::vector<fPointR3> pool;
   std::vector<Job> jobs;
   unsigned len = 4, start = 0;
-  EXPECT_EQ(PrepareAllInfixes(chain, pool, jobs, len, start, kAmple), 1);
+  EXPECT_EQ(PrepareAllInfixes(chain, pool, jobs, len, start, kAmplePool), 1);
   EXPECT_EQ(len, 7U);
   ASSERT_EQ(jobs.size(), 6U);  // 3 of 4 atoms, 2 of 5, 1 of 6
   EXPECT_EQ(jobs[1].start, 6);
@@ -218,13 +218,13 @@ TEST(PrepareAllInfixes, WholeChainOnly) {
   std::vector<fPointR3> pool;
   std::vector<Job> jobs;
   unsigned len = 6, start = 0;
-  EXPECT_EQ(PrepareAllInfixes(chain_of(6), pool, jobs, len, start, kAmple), 1);
+  EXPECT_EQ(PrepareAllInfixes(curve_of(6), pool, jobs, len, start, kAmplePool), 1);
   EXPECT_EQ(jobs.size(), 1U);
   EXPECT_EQ(len, 7U);
 }
 
 TEST(PrepareAllInfixes, BudgetKeepsThePieceThatDidNotFit) {
-  const auto chain = chain_of(6);
+  const auto chain = curve_of(6);
   const support::CapturedStream log(std::clog);
   std::vector<fPointR3> pool;
   std::vector<Job> jobs;

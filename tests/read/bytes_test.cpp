@@ -1,10 +1,14 @@
 #include "read/bytes.hpp"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 #include <zlib.h>
 
+#include <chrono>
 #include <fstream>
+#include <future>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -138,6 +142,36 @@ TEST(LoadFile, DoesNotWaitForEverForAPipesWriter) {
   const std::string what =
       complaint(ErrorCode::kCannotRead, [&] { load_file(path, 1 << 20, /*patience_ms=*/1); });
   EXPECT_TRUE(contains(what, "is a pipe that nothing writes to"));
+}
+
+// Whether a thread of this process waits for something.
+bool sleeps(pid_t thread) {
+  std::ifstream file("/proc/self/task/" + std::to_string(thread) + "/stat");
+  std::string text;
+  std::getline(file, text);
+  const std::size_t name_end = text.rfind(") ");
+  return name_end != std::string::npos && text[name_end + 2] == 'S';
+}
+
+TEST(LoadFile, WaitsAsLongAsAWriterHoldsThePipeOpen) {
+  const TemporaryDirectory directory;
+  const std::string path = directory.path("pipe");
+  ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+  const int writer = open(path.c_str(), O_RDWR | O_CLOEXEC);
+  std::promise<pid_t> reader;
+  auto read = std::async(std::launch::async, [&] {
+    reader.set_value(gettid());
+    return load_file(path, 1 << 20, /*patience_ms=*/0);
+  });
+  const pid_t thread = reader.get_future().get();
+  const auto is_done = [&] {
+    return read.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
+  };
+  // Twice, so that it is not the file's opening that it waits for.
+  for (int seen = 0; seen < 2 && !is_done();) seen += sleeps(thread) ? 1 : 0;
+  EXPECT_EQ(write(writer, "text", 4), 4);
+  close(writer);
+  EXPECT_EQ(read.get(), "text");
 }
 
 TEST(LoadFile, ReadsAPipeToItsEnd) {

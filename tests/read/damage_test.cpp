@@ -1,30 +1,21 @@
 // Damaged input of every format: each reading ends in chains of finite numbers or in korvex::Error.
+#include "support/damage.hpp"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <fstream>
 #include <random>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "korvex/error.hpp"
 #include "korvex/read.hpp"
-#include "support/data_file.hpp"
 
 namespace {
 
-std::string content(const std::string& file) {
-  std::ifstream stream(support::data_file(file), std::ios::binary);
-  std::ostringstream text;
-  text << stream.rdbuf();
-  return text.str();
-}
-
-// The first lines of a text, at most `size` bytes.
-std::string head(const std::string& text, std::size_t size) {
-  return text.size() <= size ? text : text.substr(0, text.rfind('\n', size) + 1);
-}
+using support::content;
+using support::damaged;
+using support::head;
 
 struct Sample {
   const char* name;
@@ -41,35 +32,6 @@ std::vector<Sample> samples() {
           {"lammps", head(content("trajectories/ring_3_1.lammpstrj"), 4500)},
           {"xyz", "3\ncomment\nC 0 0 0\nC 1 0 0\nC 1 1 0\n2\n\nC 0 0 0\nC 1 0 0\n"},
           {"plain", "# comment\n1 0 0 0\n2 1 0 0\n\n3 1 1 0\n"}};
-}
-
-// Changes one to four places: other bytes, digits and signs, removed and repeated stretches.
-std::string damaged(std::string text, std::mt19937& random) {
-  const auto below = [&random](std::size_t bound) {
-    return std::uniform_int_distribution<std::size_t>(0, bound - 1)(random);
-  };
-  constexpr std::string_view kLikely = "0123456789+-.eEinfa \t\n\r#'\";_?*";
-  for (std::size_t change = below(4) + 1; change > 0 && !text.empty(); --change) {
-    const std::size_t place = below(text.size());
-    const std::size_t length = std::min(below(90) + 1, text.size() - place);
-    switch (below(5)) {
-      case 0:
-        text[place] = static_cast<char>(below(256));
-        break;
-      case 1:
-        text[place] = kLikely[below(kLikely.size())];
-        break;
-      case 2:
-        text.erase(place, length);
-        break;
-      case 3:
-        text.insert(place, text.substr(place, length));
-        break;
-      default:
-        text.insert(place, 1, kLikely[below(kLikely.size())]);
-    }
-  }
-  return text;
 }
 
 void expect_an_answer(const std::string& text) {

@@ -44,6 +44,13 @@ std::string alanines(const std::vector<int>& labels, const std::vector<double>& 
   return text;
 }
 
+TEST(AutoGaps, MayLieAtTheFirstBondAndAtTheLast) {
+  EXPECT_EQ(chain(beads({10, 1, 1, 1, 1, 1})).gaps, std::vector<Gap>({{0, 10}}));
+  EXPECT_EQ(chain(beads({1, 1, 1, 1, 1, 10})).gaps, std::vector<Gap>({{5, 10}}));
+  EXPECT_EQ(chains(beads({12, 1, 1, 1, 1, 1})).size(), 2U);
+  EXPECT_EQ(chains(beads({1, 1, 1, 1, 1, 12})).size(), 2U);
+}
+
 TEST(AutoGaps, UpToTheBoundAreBridgedAndLongerOnesSplit) {
   const std::vector<Chain> parts = chains(beads({1, 1, 10, 1, 1, 11, 1, 1, 12, 1, 1}));
   ASSERT_EQ(parts.size(), 3U);

@@ -179,11 +179,11 @@ class Topologies : public testing::Test {
 const std::string Topologies::kDump =
     dump({{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 1, 0}, {5, 0, 0}, {7, 0, 0}, {6, 0, 0}, {8, 0, 0}});
 
-const char* const kHead = "title\n\n8 atoms\n";
+const char* const kDataHead = "title\n\n8 atoms\n";
 
 TEST_F(Topologies, GiveMolecules) {
   const std::vector<Chain> read =
-      this->read(std::string(kHead) +
+      this->read(std::string(kDataHead) +
                  "\nAtoms # molecular\n\n1 7 1 0 0 0\n2 9 1 0 0 0\n3 7 1 0 0 0\n"
                  "4 9 1 0 0 0\n5 7 1 0 0 0\n6 9 1 0 0 0\n7 7 1 0 0 0\n8 9 1 0 0 0\n");
   ASSERT_EQ(read.size(), 2U);
@@ -198,7 +198,7 @@ const std::string kBonds =
     "2 1 2 3\n3 1 3 4\n4 1 4 1\n5 1 5 7\n6 1 6 7\n";
 
 TEST_F(Topologies, GiveTheOrderOfBondsAndRings) {
-  const std::vector<Chain> read = this->read(kHead + kBonds);
+  const std::vector<Chain> read = this->read(kDataHead + kBonds);
   ASSERT_EQ(read.size(), 3U);
   EXPECT_EQ(numbers(read[0]), Numbers({1, 2, 3, 4}));
   EXPECT_TRUE(read[0].closed);
@@ -210,26 +210,27 @@ TEST_F(Topologies, GiveTheOrderOfBondsAndRings) {
 }
 
 TEST_F(Topologies, JoinOnlyTheChosenAtoms) {
-  const std::vector<Chain> read = this->read(kHead + kBonds, {"1"});
+  const std::vector<Chain> read = this->read(kDataHead + kBonds, {"1"});
   ASSERT_EQ(read.size(), 3U);
   EXPECT_EQ(numbers(read[2]), Numbers({5, 7}));
 }
 
 TEST_F(Topologies, ThatAreDamagedAreNamed) {
-  EXPECT_TRUE(contains(complaint_of(kHead), "no section `Atoms`"));
+  EXPECT_TRUE(contains(complaint_of(kDataHead), "no section `Atoms`"));
   EXPECT_TRUE(
-      contains(complaint_of(kHead + kBonds.substr(0, kBonds.size() - 8)), "5 of the 6 bonds"));
-  std::string wrong = kHead + kBonds;
+      contains(complaint_of(kDataHead + kBonds.substr(0, kBonds.size() - 8)), "5 of the 6 bonds"));
+  std::string wrong = kDataHead + kBonds;
   wrong.replace(wrong.find("5 1 5 7"), 7, "5 1 5 x");
   EXPECT_TRUE(contains(complaint_of(wrong), ":28: 'x' stands where"));
-  std::string branched = kHead + kBonds;
+  std::string branched = kDataHead + kBonds;
   branched.replace(branched.find("5 1 5 7"), 7, "5 1 3 7");
   EXPECT_TRUE(contains(complaint_of(branched), "text: atom 3 has bonds to 3 of the chosen atoms"));
 }
 
-TEST_F(Topologies, AreForLammpsDumpsAlone) {
-  EXPECT_TRUE(contains(complaint("0 0 0\n", {.topology = directory_.write("data", kHead + kBonds)}),
-                       "is no LAMMPS dump"));
+TEST_F(Topologies, AreForTrajectoriesWithoutChainsAlone) {
+  EXPECT_TRUE(
+      contains(complaint("0 0 0\n", {.topology = directory_.write("data", kDataHead + kBonds)}),
+               "names its chains itself"));
   EXPECT_TRUE(contains(complaint(kDump, {.topology = "/nowhere/data"}), "/nowhere/data: cannot"));
 }
 

@@ -122,6 +122,11 @@ TEST(ReadLammps, ChainsStayBrokenWhereTheBoxHasWalls) {
   expect_near(read.points[1], {0, 0, 0});
 }
 
+TEST(ReadLammps, NoFrameIsOpenBeforeTheFirst) {
+  const std::string what = complaint("ITEM: UNITS\nlj\n");
+  EXPECT_FALSE(contains(what, "ends within a frame")) << what;
+}
+
 TEST(ReadLammps, MalformedDumpsAreNamed) {
   EXPECT_TRUE(
       contains(complaint(dump("id x y z", "1 0 0 0\n", 2)), "text:10: the file ends where"));

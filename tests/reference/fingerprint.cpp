@@ -9,7 +9,7 @@ namespace reference {
 
 namespace {
 
-struct PlainKernels {
+struct PlainPasses {
   static constexpr auto PrepareJobsFromNet = reference::PrepareJobsFromNet;
   static constexpr auto PrepareJobsAroundNet = reference::PrepareJobsAroundNet;
   static constexpr auto PrepareAllInfixesFuleren = reference::PrepareAllInfixesFuleren;
@@ -24,7 +24,7 @@ struct PlainKernels {
 int FindAllKnots(const std::vector<ChainAtom>& chain, std::fstream& out, int netStep,
                  int refineThreshold, int closureType, int trials, int matrixMode, int polyOption,
                  bool polyFlag, unsigned long long memoryLimit) {
-  return korvex::fingerprint_driver::find_all_knots<PlainKernels>(
+  return korvex::fingerprint_driver::find_all_knots<PlainPasses>(
       chain, out,
       {netStep, refineThreshold, closureType, trials, matrixMode, polyOption, polyFlag,
        memoryLimit});
@@ -33,7 +33,7 @@ int FindAllKnots(const std::vector<ChainAtom>& chain, std::fstream& out, int net
 std::string FindAllKnots_string(const std::vector<ChainAtom>& chain, int netStep,
                                 int refineThreshold, int closureType, int trials, int matrixMode,
                                 int polyOption, bool polyFlag, unsigned long long memoryLimit) {
-  return korvex::fingerprint_driver::all_knots_text<PlainKernels>(
+  return korvex::fingerprint_driver::all_knots_text<PlainPasses>(
       chain, {netStep, refineThreshold, closureType, trials, matrixMode, polyOption, polyFlag,
               memoryLimit});
 }

@@ -10,7 +10,7 @@ namespace reference {
 
 namespace {
 
-constexpr int kDirections = 60;
+constexpr int kFarPoints = 60;
 
 fPointR3 to_point(const ChainAtom& atom) {
   return {static_cast<float>(atom.x), static_cast<float>(atom.y), static_cast<float>(atom.z)};
@@ -25,16 +25,16 @@ void append_piece(std::vector<fPointR3>& pool, const std::vector<ChainAtom>& pie
 
 // Hosts count on a seed giving the same run, so that these draws stay although nothing uses them.
 void advance_generator() {
-  const int a = std::rand() % kDirections;
-  int b = std::rand() % kDirections;
-  while (b == a) b = std::rand() % kDirections;
+  const int a = std::rand() % kFarPoints;
+  int b = std::rand() % kFarPoints;
+  while (b == a) b = std::rand() % kFarPoints;
 }
 
 void close_piece(std::vector<ChainAtom>& piece, int closureType) {
-  constexpr double kFactor = 1.25;
-  if (closureType == 1) CloseChain_OUT(piece, kFactor);
-  if (closureType == 2) CloseChain_2points(piece, kFactor);
-  if (closureType == 3) CloseChain_1point(piece, kFactor);
+  constexpr double kSphere = 1.25;
+  if (closureType == 1) CloseChain_OUT(piece, kSphere);
+  if (closureType == 2) CloseChain_2points(piece, kSphere);
+  if (closureType == 3) CloseChain_1point(piece, kSphere);
 }
 
 // What a candidate's copies take besides the points pooled so far, in points.

@@ -16,9 +16,9 @@ namespace {
 using korvex::simplify::find_blocker;
 using korvex::simplify::kNoSlot;
 using korvex::simplify::meet;
+using korvex::simplify::ScannedTriangle;
 using korvex::simplify::SegmentBlock;
 using korvex::simplify::SlotRanges;
-using korvex::simplify::Triangle;
 using odd_chains::below;
 using odd_chains::Random;
 using support::PointChain;
@@ -133,7 +133,7 @@ TEST_P(TriangleElimination, ScanBlocksExactlyWhereThePlainTestDoes) {
         odd_chains::of_kind(below(random, odd_chains::kKinds), 3 + random() % 60, random);
     const Segments segments(chain, random);
     const std::size_t i = random() % (chain.size() - 2);
-    const Triangle triangle(chain[i], chain[i + 1], chain[i + 2], largest_coordinate(chain));
+    const ScannedTriangle triangle(chain[i], chain[i + 1], chain[i + 2], largest_coordinate(chain));
     for (std::size_t slot = 0; slot < segments.count; ++slot) {
       const bool blocks =
           meet(chain[i], chain[i + 1], chain[i + 2], segments.p[slot], segments.q[slot]) > 0;
@@ -152,7 +152,7 @@ TEST_P(TriangleElimination, ScanStaysWithinItsRanges) {
     const PointChain chain = odd_chains::of_kind(below(random, 9), 3 + random() % 120, random);
     const Segments segments(chain, random);
     const std::size_t i = random() % (chain.size() - 2);
-    const Triangle triangle(chain[i], chain[i + 1], chain[i + 2], largest_coordinate(chain));
+    const ScannedTriangle triangle(chain[i], chain[i + 1], chain[i + 2], largest_coordinate(chain));
     std::size_t bounds[4];
     for (std::size_t& bound : bounds) bound = random() % (segments.count + 1);
     std::sort(bounds, bounds + 4);

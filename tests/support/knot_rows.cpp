@@ -4,7 +4,10 @@
 #include <sstream>
 #include <stdexcept>
 
+#include "support/data_file.hpp"
+
 namespace support {
+namespace {
 
 std::vector<KnotRow> read_knot_rows(const std::string& path) {
   std::ifstream file(path);
@@ -25,6 +28,13 @@ std::vector<KnotRow> read_knot_rows(const std::string& path) {
     rows.push_back(row);
   }
   return rows;
+}
+
+}  // namespace
+
+const std::vector<KnotRow>& knot_rows() {
+  static const auto all = read_knot_rows(data_file("prime_knots_to_10.tsv"));
+  return all;
 }
 
 }  // namespace support

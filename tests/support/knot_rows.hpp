@@ -17,7 +17,7 @@ struct KnotRow {
   std::string homfly;
 };
 
-// All 249 rows. `path` is the file's.
-std::vector<KnotRow> read_knot_rows(const std::string& path);
+// All 249 rows.
+const std::vector<KnotRow>& knot_rows();
 
 }  // namespace support

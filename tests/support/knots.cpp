@@ -7,7 +7,7 @@
 namespace support {
 namespace {
 
-void number(Chain& chain) {
+void number_atoms(Chain& chain) {
   for (std::size_t k = 0; k < chain.size(); ++k) chain[k].id = static_cast<std::int32_t>(k + 1);
 }
 
@@ -114,7 +114,7 @@ Chain braid_closure(int strands, const std::vector<int>& word) {
   Random random(word.size());
   const auto aside = [&] { return 0.1 * random.uniform() - 0.05; };
   for (ChainAtom& a : ring) a = {a.x + aside(), a.y + aside(), a.z + aside(), 0};
-  number(ring);
+  number_atoms(ring);
   return ring;
 }
 
@@ -142,7 +142,7 @@ Chain connected_sum(const Chain& a, const Chain& b) {
   const double start_of_right = std::min_element(right.begin(), right.end(), less_far)->x;
   right = shifted(right, end_of_left - start_of_right + 2, 0, 0);
   left.insert(left.end(), right.begin(), right.end());
-  number(left);
+  number_atoms(left);
   return left;
 }
 

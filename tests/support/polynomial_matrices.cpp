@@ -11,7 +11,7 @@ namespace support {
 
 namespace {
 
-using Draw = int (*)(Random&);
+using DrawEntry = int (*)(Random&);
 
 int small(Random& random) { return random.below(5) - 2; }
 int any(Random& random) { return random.below(2147483647) * (random.below(2) == 0 ? 1 : -1); }
@@ -25,14 +25,14 @@ polynomial<int> stored(std::vector<int> coefficients) {
   return result;
 }
 
-polynomial<int> entry(Random& random, Draw draw, int longest) {
+polynomial<int> entry(Random& random, DrawEntry draw, int longest) {
   std::vector<int> coefficients;
   for (int k = random.below(longest + 1); k > 0; --k) coefficients.push_back(draw(random));
   if (random.below(8) == 0) coefficients.push_back(0);
   return stored(coefficients);
 }
 
-PolynomialMatrix filled(int rows, int percent, Random& random, Draw draw, int longest) {
+PolynomialMatrix filled(int rows, int percent, Random& random, DrawEntry draw, int longest) {
   PolynomialMatrix matrix(static_cast<std::size_t>(rows));
   const int columns = rows + (random.below(3) == 0 ? random.below(3) : 0);
   for (auto& row : matrix) {
@@ -58,7 +58,7 @@ PolynomialMatrix high_powers(int rows, Random& random) {
   return matrix;
 }
 
-PolynomialMatrix singular(int rows, Random& random) {
+PolynomialMatrix singular_polynomials(int rows, Random& random) {
   PolynomialMatrix matrix = filled(rows, 60, random, small, 3);
   const auto pick = [&] { return static_cast<std::size_t>(random.below(rows)); };
   const std::size_t from = pick();
@@ -80,7 +80,7 @@ PolynomialMatrix singular(int rows, Random& random) {
   return matrix;
 }
 
-PolynomialMatrix alexander(std::uint64_t seed) {
+PolynomialMatrix alexander_polynomials(std::uint64_t seed) {
   const CapturedStream log(std::clog);
   for (;; seed += 12) {
     std::vector<Edge> edges = random_projection(seed);
@@ -102,7 +102,7 @@ PolynomialMatrix random_polynomial_matrix(std::uint64_t seed) {
     case 0:
     case 1:
     case 2:
-      return alexander(seed - seed % 12 + seed % 2);
+      return alexander_polynomials(seed - seed % 12 + seed % 2);
     case 3:
       return filled(rows, 100, random, small, 3);
     case 4:
@@ -118,7 +118,7 @@ PolynomialMatrix random_polynomial_matrix(std::uint64_t seed) {
     case 9:
       return high_powers(rows, random);
     case 10:
-      return singular(1 + rows, random);
+      return singular_polynomials(1 + rows, random);
     default:
       return filled(rows, 100, random, unit, 2);
   }

@@ -1,6 +1,7 @@
 #include "korvex/catalogue.hpp"
 
-#include <sstream>
+#include <charconv>
+#include <string_view>
 #include <unordered_map>
 #include <utility>
 
@@ -10,10 +11,18 @@
 namespace korvex {
 namespace {
 
+// Whole numbers with a blank between them.
+std::vector<std::int64_t> numbers_in(std::string_view text) {
+  std::vector<std::int64_t> numbers;
+  const char* const end = text.data() + text.size();
+  for (const char* next = text.data(); next < end;) {
+    next = std::from_chars(next, end, numbers.emplace_back()).ptr;
+    if (next < end) ++next;
+  }
+  return numbers;
+}
+
 KnotType type_of(const KnotTableRow& row) {
-  std::vector<std::int64_t> alexander;
-  std::istringstream coefficients(row.alexander);
-  for (std::int64_t coefficient = 0; coefficients >> coefficient;) alexander.push_back(coefficient);
   const Chirality chirality = row.chirality == 'a' ? Chirality::kAmphichiral : Chirality::kChiral;
   return {row.name,
           row.plain,
@@ -21,7 +30,7 @@ KnotType type_of(const KnotTableRow& row) {
           chirality,
           row.signature,
           row.determinant,
-          std::move(alexander),
+          numbers_in(row.alexander),
           jones_of_text(row.jones),
           homfly_of_text(row.homfly),
           row.gauss_code};

@@ -31,13 +31,13 @@ bool prime_before(const Prime& a, const Prime& b) {
   return order != 0 ? order < 0 : a.hand < b.hand;
 }
 
-void mirror(Prime& prime) {
+void reflect(Prime& prime) {
   if (prime.hand != Hand::kNone)
     prime.hand = prime.hand == Hand::kRight ? Hand::kLeft : Hand::kRight;
 }
 
-void mirror(Sum& sum) {
-  for (Prime& prime : sum) mirror(prime);
+void reflect(Sum& sum) {
+  for (Prime& prime : sum) reflect(prime);
   std::sort(sum.begin(), sum.end(), prime_before);
 }
 
@@ -58,8 +58,8 @@ bool is_image(const Sum& sum) {
 // by its mirror image.
 std::strong_ordering compare_hands(Sum a, Sum b) {
   const bool images[] = {is_image(a), is_image(b)};
-  if (images[0]) mirror(a);
-  if (images[1]) mirror(b);
+  if (images[0]) reflect(a);
+  if (images[1]) reflect(b);
   for (std::size_t k = a.size(); k-- > 0;)
     if (a[k].hand != b[k].hand) return a[k].hand <=> b[k].hand;
   return images[0] <=> images[1];
@@ -106,11 +106,10 @@ std::vector<Choice> in_order(std::vector<Choice> factors) {
     std::sort(choice.begin(), choice.end(),
               [](const Sum& a, const Sum& b) { return compare(a, b) < 0; });
     choice.erase(std::unique(choice.begin(), choice.end()), choice.end());
-    if (choice.size() > 1) {
+    if (choice.size() > 1)
       ordered.push_back(std::move(choice));
-    } else {
+    else
       for (Prime& prime : choice.front()) ordered.push_back({{std::move(prime)}});
-    }
   }
   std::sort(ordered.begin(), ordered.end(),
             [](const Choice& a, const Choice& b) { return compare(a, b) < 0; });
@@ -218,7 +217,7 @@ Hand KnotName::hand() const { return is_prime() ? factors_[0][0][0].hand : Hand:
 KnotName KnotName::mirror() const {
   std::vector<Choice> factors = factors_;
   for (Choice& choice : factors)
-    for (Sum& sum : choice) korvex::mirror(sum);
+    for (Sum& sum : choice) reflect(sum);
   return KnotName(std::move(factors));
 }
 

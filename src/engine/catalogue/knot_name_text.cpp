@@ -163,11 +163,10 @@ std::optional<std::vector<Choice>> read_knot_name(std::string_view text) {
   // Beside brackets no choice stands open.
   for (std::optional<std::string_view> rest = text; rest;) {
     std::optional<Choice> choice;
-    if (rest->starts_with('(')) {
+    if (rest->starts_with('('))
       choice = take_brackets(rest);
-    } else if (auto sum = read_sum(take_part(rest, '#'))) {
+    else if (auto sum = read_sum(take_part(rest, '#')))
       choice = Choice{*std::move(sum)};
-    }
     if (!choice) return std::nullopt;
     factors.push_back(*std::move(choice));
   }

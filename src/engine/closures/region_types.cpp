@@ -23,6 +23,12 @@ constexpr double kThin = 1e-14;
 // chain touches itself.
 constexpr double kWide = 1e-9;
 
+// So many directions share a reduction of the chain, and so many of these, which lie closest, a
+// further one. Regions are small where the chain is dense: directions in them lie close together,
+// and what the chain loses for so few of them costs less than looking at it longer.
+constexpr std::size_t kBatch = 30;
+constexpr std::size_t kClosest = 6;
+
 class RegionTyping {
  public:
   RegionTyping(std::span<const Point> chain, const Arrangement& arrangement,
@@ -33,7 +39,7 @@ class RegionTyping {
   std::optional<std::vector<RegionType>> decide() {
     regions_.resize(inner_.size());
     known_.assign(inner_.size(), false);
-    decide_wide(wide_faces(Sharing().batch));
+    decide_wide(wide_faces());
     if (touches_itself_) return std::nullopt;
     if (!take_over_thin()) return std::nullopt;
     return std::move(regions_);
@@ -48,11 +54,11 @@ class RegionTyping {
   };
 
   // The faces that are not thin, so that directions that are reduced for together lie close.
-  std::vector<std::size_t> wide_faces(std::size_t batch) const {
+  std::vector<std::size_t> wide_faces() const {
     std::vector<std::size_t> faces;
     for (std::size_t face = 0; face < inner_.size(); ++face)
       if (inner_[face] && inner_[face]->weighted >= kThin) faces.push_back(face);
-    gather(faces, batch);
+    gather(faces, kBatch);
     return faces;
   }
 
@@ -80,23 +86,28 @@ class RegionTyping {
     gather(faces.subspan(half), batch);
   }
 
-  void decide_wide(const std::vector<std::size_t>& faces) {
+  void decide_wide(std::vector<std::size_t> faces) {
     const Sharing sharing;
     std::vector<Point> shared(chain_.begin(), chain_.end());
     if (faces.size() <= sharing.most_directions && chain_.size() >= sharing.fewest_points)
       shared = reduced_for(rays_of(faces), chain_, run_);
-    const std::size_t pieces = (faces.size() + sharing.batch - 1) / sharing.batch;
+    const std::size_t pieces = (faces.size() + kBatch - 1) / kBatch;
     std::vector<std::unique_ptr<Worker>> workers;
     for (unsigned k = 0; k < worker_count(run_, pieces); ++k)
       workers.push_back(std::make_unique<Worker>(identify_));
     std::vector<char> known(inner_.size(), 0);  // bytes, which threads may write side by side
     for_each_piece(run_, pieces, [&](std::size_t piece, unsigned worker) {
-      const std::size_t from = piece * sharing.batch;
-      const auto own = std::span(faces).subspan(from, std::min(sharing.batch, faces.size() - from));
+      const std::size_t from = piece * kBatch;
+      const auto own = std::span(faces).subspan(from, std::min(kBatch, faces.size() - from));
       const std::vector<Point> reduced = reduced_for(rays_of(own), shared, run_);
-      for (const std::size_t face : own) {
-        throw_if_cancelled(run_);
-        known[face] = decide_face(face, reduced, *workers[worker]) ? 1 : 0;
+      gather(own, kClosest);
+      for (std::size_t begin = 0; begin < own.size(); begin += kClosest) {
+        const auto closest = own.subspan(begin, std::min(kClosest, own.size() - begin));
+        const std::vector<Point> further = reduced_for(rays_of(closest), reduced, run_);
+        for (const std::size_t face : closest) {
+          throw_if_cancelled(run_);
+          known[face] = decide_face(face, further, *workers[worker]) ? 1 : 0;
+        }
       }
     });
     std::transform(known.begin(), known.end(), known_.begin(), [](char k) { return k != 0; });
@@ -110,9 +121,8 @@ class RegionTyping {
 
   bool decide_face(std::size_t face, std::span<const Point> reduced, Worker& worker) {
     if (decide_seen(face, inner_[face]->at, reduced, worker)) return true;
-    for (const InnerPoint& other : inner_points(arrangement_, face)) {
+    for (const InnerPoint& other : inner_points(arrangement_, face))
       if (other.weighted >= kThin && decide_seen(face, other.at, chain_, worker)) return true;
-    }
     if (decide_turned(face, worker)) return true;
     if (inner_[face]->clearance > kWide) touches_itself_ = true;
     return false;

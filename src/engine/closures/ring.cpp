@@ -22,6 +22,11 @@ DiagramSize size_of(const GaussCode& code) {
   return size;
 }
 
+// Parts of the progress, about as they take time for long rings.
+constexpr double kProjected = 0.1;
+constexpr double kEliminated = 0.3;
+constexpr double kSimplified = 0.9;
+
 }  // namespace
 
 RingReport examine_ring(std::span<const Point> points, const Run& run) {
@@ -36,13 +41,13 @@ RingReport examine_ring(std::span<const Point> points, const Run& run) {
     const GeneralView whole = general_view(points, direction, Curve::kClosed, run);
     report.projected = size_of(whole.projection.code());
     direction = whole.direction;
-    done(0.1);
+    done(kProjected);
     const std::span<const Point> seen = whole.chain(points);
     for (const std::int32_t index : eliminate_ring(seen, [&run] { throw_if_cancelled(run); }))
       left.push_back(seen[static_cast<std::size_t>(index)]);
   }
   report.points_left = left.size();
-  done(0.3);
+  done(kEliminated);
   // Strands of a ring that touched itself lie close together now. To move points once more could
   // pass them through each other; then all points are taken.
   const auto reduced = turned_view(left, direction, Curve::kClosed, run);
@@ -52,7 +57,7 @@ RingReport examine_ring(std::span<const Point> points, const Run& run) {
                              .projection.code();
   CodeReduction reduction;
   PassMoves().simplify(code, reduction, run);
-  done(0.9);
+  done(kSimplified);
   report.simplified = TrustedDiagram::of(std::move(code));
   report.alexander_key = alexander_key(report.simplified);
   done(1);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <string>
 #include <utility>
 
 #include "engine/closures/reduced_chain.hpp"
@@ -19,7 +20,6 @@ namespace {
 
 // Votes of one lattice when their number is found on the way.
 constexpr std::size_t kLattice = 100;
-constexpr std::size_t kMostVotes = 10'000'000;
 // The part of a ring's progress that is done before its type is asked for.
 constexpr double kExamined = 0.9;
 
@@ -32,13 +32,12 @@ class Voting {
   }
 
   Votes cast() {
-    if (!is_sampled(options_.closure)) {
+    if (!is_sampled(options_.closure))
       cast_one();
-    } else if (options_.trials > 0) {
+    else if (options_.trials > 0)
       cast_block(options_.trials, 0, run_);
-    } else {
+    else
       cast_until_settled();
-    }
     return result();
   }
 
@@ -52,11 +51,13 @@ class Voting {
   };
 
   void check() const {
-    const auto refuse = [](const char* what) { throw Error(ErrorCode::kInvalidArgument, what); };
+    const auto refuse = [](const std::string& what) {
+      throw Error(ErrorCode::kInvalidArgument, what);
+    };
     if (!(options_.tolerance > 0)) refuse("the tolerance of the votes must be above 0");
     if (options_.most_trials < kLattice) refuse("the most trials must be at least 100");
     if (std::max(options_.trials, options_.most_trials) > kMostVotes)
-      refuse("more than 10000000 votes are not cast at once");
+      refuse("more than " + std::to_string(kMostVotes) + " votes are not cast at once");
     if (chain_.empty()) refuse("a chain without points has no knot to vote on: give at least one");
     require_usable(chain_);
   }

@@ -1,5 +1,8 @@
 #include "engine/diagram/code_reduction.hpp"
 
+#include <algorithm>
+#include <cstdlib>
+
 #include "engine/diagram/place.hpp"
 
 namespace korvex {
@@ -7,10 +10,49 @@ namespace {
 
 constexpr std::int32_t kGone = -1;
 
+// Whether two passages that follow one another, and so do their mates, may be taken apart. A chain
+// that is cut between those over the others begins or ends with a passage over something, from
+// which its end can be pulled back; one cut between the others does not.
+bool may_part(const GaussCode& code, std::int32_t place, std::int32_t after, PassageRange core) {
+  const Passage& a = code[at(place)];
+  const Passage& b = code[at(after)];
+  if (a.over != b.over || a.positive == b.positive) return false;
+  return a.over ? core.contains(a.mate) && core.contains(b.mate)
+                : core.contains(place) && core.contains(after);
+}
+
+// Whether a code none of whose passages is gone allows a move of `place` with the one behind it.
+bool allows_move(const GaussCode& code, std::int32_t place, PassageRange core) {
+  const std::int32_t after = place + 1;
+  if (at(after) >= code.size()) return false;
+  const Passage& a = code[at(place)];
+  if (a.mate == after) return true;
+  return std::abs(a.mate - code[at(after)].mate) == 1 && may_part(code, place, after, core);
+}
+
 }  // namespace
 
 void CodeReduction::reduce(GaussCode& code, PassageRange core, std::vector<std::int32_t>* beside) {
   link(code, Curve::kOpen);
+  for (auto place = static_cast<std::int32_t>(code.size()); place >= 0; --place)
+    waiting_.push_back(place);
+  finish(code, core, beside);
+}
+
+void CodeReduction::reduce(GaussCode& code, PassageRange core, std::vector<std::int32_t>* beside,
+                           std::span<const std::int32_t> fresh) {
+  if (code.empty()) return;
+  const bool at_an_end = code.front().over || code.back().over;
+  if (!at_an_end && std::none_of(fresh.begin(), fresh.end(), [&](std::int32_t place) {
+        return allows_move(code, place, core);
+      }))
+    return;
+  link(code, Curve::kOpen);
+  waiting_.assign(fresh.rbegin(), fresh.rend());
+  finish(code, core, beside);
+}
+
+void CodeReduction::finish(GaussCode& code, PassageRange core, std::vector<std::int32_t>* beside) {
   pull_back_ends(code);
   while (!waiting_.empty()) {
     do_waiting_moves(code, core);
@@ -22,6 +64,8 @@ void CodeReduction::reduce(GaussCode& code, PassageRange core, std::vector<std::
 void CodeReduction::reduce_closed(GaussCode& code) {
   if (code.empty()) return;
   link(code, Curve::kClosed);
+  for (auto place = static_cast<std::int32_t>(code.size()) - 1; place >= 0; --place)
+    waiting_.push_back(place);
   do_waiting_moves(code, {});
   compact(code, nullptr);
 }
@@ -35,7 +79,6 @@ void CodeReduction::link(const GaussCode& code, Curve curve) {
   for (std::size_t k = ring; k-- > 0;) {
     next_[k] = static_cast<std::int32_t>(course.strand_after(k));
     previous_[at(next_[k])] = static_cast<std::int32_t>(k);
-    waiting_.push_back(static_cast<std::int32_t>(k));
   }
 }
 
@@ -68,14 +111,12 @@ void CodeReduction::try_moves_at(const GaussCode& code, std::int32_t place, Pass
   if (after == sentinel) return;
   const Passage& a = code[at(place)];
   const Passage& b = code[at(after)];
-  if (!core.contains(place) || !core.contains(after)) return;
   if (a.mate == after) {
     take_out_crossing(code, place);
     return;
   }
-  if (a.over != b.over || a.positive == b.positive) return;
+  if (!may_part(code, place, after, core)) return;
   if (next_[at(a.mate)] != b.mate && next_[at(b.mate)] != a.mate) return;
-  if (!core.contains(a.mate) || !core.contains(b.mate)) return;
   take_out_crossing(code, place);
   take_out_crossing(code, after);
 }

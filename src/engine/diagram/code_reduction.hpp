@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <span>
 #include <vector>
 
 #include "engine/diagram/course.hpp"
@@ -25,17 +26,23 @@ struct PassageRange {
 // Scratch memory for reductions: one object a thread.
 class CodeReduction {
  public:
-  // Removes passages from `code` until no move is left. Moves I and II touch only crossings with
-  // both passages in `core`: what is left is then right not for the chain alone but also, once it
-  // is restricted to a shorter chain, for every chain that still holds the core. `beside`, where
+  // Removes passages from `code` until no move is left. Moves II take apart only strands the lower
+  // of which is in `core`: what is left is then right not for the chain alone but also, once it is
+  // restricted to a shorter chain, for every chain that still holds the core. `beside`, where
   // given, has a number for each passage; those of passages that go, go with them.
   void reduce(GaussCode& code, PassageRange core = {}, std::vector<std::int32_t>* beside = nullptr);
+
+  // The same, where a move is known to involve one of the places `fresh`, which rise, and the place
+  // behind it.
+  void reduce(GaussCode& code, PassageRange core, std::vector<std::int32_t>* beside,
+              std::span<const std::int32_t> fresh);
 
   // As reduce, for a closed curve.
   void reduce_closed(GaussCode& code);
 
  private:
   void link(const GaussCode& code, Curve curve);
+  void finish(GaussCode& code, PassageRange core, std::vector<std::int32_t>* beside);
   void do_waiting_moves(const GaussCode& code, PassageRange core);
   void take_out(std::int32_t place);
   void take_out_crossing(const GaussCode& code, std::int32_t place);

@@ -21,18 +21,21 @@ class Course {
 
   std::size_t strands() const { return strands_; }
 
+  // The strand with which the curve begins. Codes of several components would have one for each.
+  std::size_t start() const { return 0; }
+
   // The strand by which the curve leaves a passage; of a closed curve also the next passage.
   std::size_t strand_after(std::size_t passage) const {
-    return passage + 1 < strands_ ? passage + 1 : 0;
+    return passage + 1 < strands_ ? passage + 1 : start();
   }
 
   // The passage that a strand comes from, unless that is the beginning of an open curve.
   std::size_t passage_before(std::size_t strand) const {
-    return (strand > 0 ? strand : passages_) - 1;
+    return (strand != start() ? strand : passages_) - 1;
   }
 
   // Whether a strand comes from the beginning of an open curve, or leads to its end.
-  bool begins_with(std::size_t strand) const { return is_open() && strand == 0; }
+  bool begins_with(std::size_t strand) const { return is_open() && strand == start(); }
   bool ends_with(std::size_t strand) const { return is_open() && strand == passages_; }
 
  private:

@@ -10,9 +10,6 @@ namespace {
 // Shorter chains have at most one crossing.
 constexpr std::int32_t kFewestKnottedSegments = 4;
 
-// A core gains that many passages before pass moves are tried on it again.
-constexpr std::size_t kPassagesBetweenPassMoves = 4;
-
 }  // namespace
 
 void SubChainClasses::visit_triangle(const ChainCode& chain, const ClassVisitor& visit) {
@@ -24,7 +21,7 @@ void SubChainClasses::visit_column(const ChainCode& chain, std::int32_t end,
                                    const ClassVisitor& visit) {
   if (end == 0) return;
   strand_after_end_ = 1;
-  visit_rectangle(0, chain, {{0, end - 1}, {end, end}}, kPassagesBetweenPassMoves, visit);
+  visit_rectangle(0, chain, {{0, end - 1}, {end, end}}, {}, visit);
 }
 
 ChainCode& SubChainClasses::code_at(std::size_t depth) {
@@ -49,7 +46,7 @@ void SubChainClasses::visit_triangle(std::size_t depth, const ChainCode& chain, 
   const std::int32_t middle = stations.first + (stations.last - stations.first) / 2;
   const Stations left{stations.first, middle};
   const Stations right{middle + 1, stations.last};
-  visit_rectangle(depth + 1, own, {left, right}, kPassagesBetweenPassMoves, visit);
+  visit_rectangle(depth + 1, own, {left, right}, {}, visit);
   visit_triangle(depth + 1, own, left, visit);
   visit_triangle(depth + 1, own, right, visit);
 }
@@ -61,7 +58,7 @@ std::int32_t SubChainClasses::station_before(Stations stations, std::int32_t seg
 }
 
 void SubChainClasses::visit_rectangle(std::size_t depth, const ChainCode& chain,
-                                      const Rectangle& rectangle, std::size_t worth_moving,
+                                      const Rectangle& rectangle, const Simplified& before,
                                       const ClassVisitor& visit) {
   look_for_cancellation();
   const auto& [begins, ends] = rectangle;
@@ -70,27 +67,31 @@ void SubChainClasses::visit_rectangle(std::size_t depth, const ChainCode& chain,
   if (all.end - all.begin < kFewestKnottedSegments) return;
   ChainCode& own = code_at(depth);
   reduction_.restrict_to(all, chain, own);
-  reduction_.reduce(own, core);
+  if (before.core)
+    reduction_.reduce_further(own, core, *before.core);
+  else
+    reduction_.reduce(own, core);
+  Simplified now{core, before.worth_moving};
   std::size_t core_begin = own.first_from(core.begin);
   std::size_t core_end = own.first_from(core.end);
-  if (core_end - core_begin >= worth_moving) {
+  if (core_end - core_begin >= now.worth_moving) {
     reduction_.move_passes(own, core, {.stop = stop_});
     core_begin = own.first_from(core.begin);
     core_end = own.first_from(core.end);
-    worth_moving = core_end - core_begin + kPassagesBetweenPassMoves;
+    now.worth_moving = core_end - core_begin + kPassagesBetweenPassMoves;
   }
   if (own.code.size() < 4) return;
   if (core_begin == 0 && core_end == own.code.size()) {
     visit(begins, ends, own.code);
   } else if (core_begin >= own.code.size() - core_end) {
     const std::int32_t middle = station_before(begins, own.segments[core_begin / 2]);
-    visit_rectangle(depth + 1, own, {{begins.first, middle}, ends}, worth_moving, visit);
-    visit_rectangle(depth + 1, own, {{middle + 1, begins.last}, ends}, worth_moving, visit);
+    visit_rectangle(depth + 1, own, {{begins.first, middle}, ends}, now, visit);
+    visit_rectangle(depth + 1, own, {{middle + 1, begins.last}, ends}, now, visit);
   } else {
     const std::int32_t middle =
         station_before(ends, own.segments[(core_end + own.code.size()) / 2]);
-    visit_rectangle(depth + 1, own, {begins, {ends.first, middle}}, worth_moving, visit);
-    visit_rectangle(depth + 1, own, {begins, {middle + 1, ends.last}}, worth_moving, visit);
+    visit_rectangle(depth + 1, own, {begins, {ends.first, middle}}, now, visit);
+    visit_rectangle(depth + 1, own, {begins, {middle + 1, ends.last}}, now, visit);
   }
 }
 

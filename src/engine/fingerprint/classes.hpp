@@ -13,6 +13,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <span>
 #include <stop_token>
 #include <vector>
@@ -54,11 +55,20 @@ class SubChainClasses {
     Stations ends;
   };
 
+  // A core gains that many passages before pass moves are tried on it again.
+  static constexpr std::size_t kPassagesBetweenPassMoves = 4;
+
+  // What has been done with a code: reduced for a core, if any; pass moves on another core are
+  // worth trying from so many passages on.
+  struct Simplified {
+    std::optional<SegmentRange> core;
+    std::size_t worth_moving = kPassagesBetweenPassMoves;
+  };
+
   void visit_triangle(std::size_t depth, const ChainCode& chain, Stations stations,
                       const ClassVisitor& visit);
-  // Pass moves are tried on a core of at least `worth_moving` passages.
   void visit_rectangle(std::size_t depth, const ChainCode& chain, const Rectangle& rectangle,
-                       std::size_t worth_moving, const ClassVisitor& visit);
+                       const Simplified& before, const ClassVisitor& visit);
   // The last of the stations, but for the very last, from which the segment is still ahead.
   std::int32_t station_before(Stations stations, std::int32_t segment) const;
   std::int32_t residue(std::int32_t station) const {

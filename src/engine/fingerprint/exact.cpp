@@ -89,11 +89,10 @@ class ExactFingerprint {
     cell.first = static_cast<std::size_t>(stations_[begin]);
     cell.last = static_cast<std::size_t>(stations_[end]);
     std::vector<ShareOfType> shares;
-    if (mapper.map(without_last, without_first, cell, shares)) {
+    if (mapper.map(without_last, without_first, cell, shares))
       keep(shares, begin, end);
-    } else {
+    else
       map_alone(begin, end);
-    }
   }
 
   void map_alone(std::size_t begin, std::size_t end) {
@@ -139,19 +138,18 @@ class ExactFingerprint {
       return totals[a] != totals[b] ? totals[a] > totals[b] : names[a] < names[b];
     });
     std::vector<std::int32_t> renamed(names.size(), -1);
-    auto data = std::make_shared<Fingerprint::Data>(
-        Fingerprint::Data{options_, std::move(stations_), {}, TypeCounts(0)});
+    FingerprintData data{options_, std::move(stations_), {}, TypeCounts(0)};
     for (const std::size_t type : order) {
-      renamed[type] = static_cast<std::int32_t>(data->types.size());
-      data->types.push_back(names[type]);
+      renamed[type] = static_cast<std::int32_t>(data.types.size());
+      data.types.push_back(names[type]);
     }
     for (auto& cell : shares_.cells()) {
       for (ShareOfType& some : cell) some.type = renamed[static_cast<std::size_t>(some.type)];
       std::erase_if(cell, [](const ShareOfType& some) { return some.type < 0; });
     }
-    data->shares = std::move(shares_);
-    data->doubt = doubts_.empty() ? 0 : *std::max_element(doubts_.begin(), doubts_.end());
-    return Fingerprint(std::move(data));
+    data.shares = std::move(shares_);
+    data.doubt = doubts_.empty() ? 0 : *std::max_element(doubts_.begin(), doubts_.end());
+    return FingerprintData::shared(std::move(data));
   }
 
   static constexpr std::size_t kMostRegions = 100'000;

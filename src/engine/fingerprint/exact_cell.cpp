@@ -5,7 +5,6 @@
 #include <numbers>
 #include <numeric>
 #include <optional>
-#include <stdexcept>
 
 #include "engine/closures/reduced_chain.hpp"
 #include "engine/closures/whole_chain.hpp"
@@ -206,8 +205,7 @@ bool CellMapper::sum_up(const Arrangement& arrangement, std::vector<ShareOfType>
     }
   }
   for (ShareOfType& some : shares) {
-    if (!(some.share >= -kTolerance && some.share <= 1 + kTolerance))
-      throw std::logic_error("the regions of a sub-chain do not cover the sphere");
+    if (!(some.share >= -kTolerance && some.share <= 1 + kTolerance)) return false;
     some.share = std::clamp(some.share, 0.0, 1.0);
   }
   return true;

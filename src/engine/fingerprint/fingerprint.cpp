@@ -162,17 +162,16 @@ class Computation {
 
   Fingerprint collected(std::vector<Worker>& workers) {
     TypeNumbers ranks = ranked(workers);
-    auto data = std::make_shared<Fingerprint::Data>(
-        Fingerprint::Data{options_, std::move(stations_), ranks.names(), TypeCounts(0)});
-    data->counts = TypeCounts(data->stations.size());
+    const std::size_t stations = stations_.size();
+    FingerprintData data{options_, std::move(stations_), ranks.names(), TypeCounts(stations)};
     for (Worker& worker : workers) {
       std::vector<std::int32_t> renamed;
       for (const std::string& name : worker.numbers.names()) renamed.push_back(ranks.of(name));
-      data->counts.add(worker.counts, renamed);
+      data.counts.add(worker.counts, renamed);
       worker.counts = TypeCounts(0);
     }
-    data->counts.sum_up();
-    return Fingerprint(std::move(data));
+    data.counts.sum_up();
+    return FingerprintData::shared(std::move(data));
   }
 
   std::int32_t station_count() const { return static_cast<std::int32_t>(stations_.size()); }

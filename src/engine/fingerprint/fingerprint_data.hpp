@@ -1,8 +1,10 @@
 // What a Fingerprint holds, and its computation with any identification.
 #pragma once
 
+#include <memory>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "engine/fingerprint/type_counts.hpp"
@@ -12,13 +14,17 @@
 
 namespace korvex {
 
-struct Fingerprint::Data {
+struct FingerprintData {
   FingerprintOptions options;
   std::vector<std::int32_t> stations;
   std::vector<std::string> types;
   TypeCounts counts;  // by type; summed up, so that those of all knots stand in the unknot's place
   TypeShares shares{};  // in place of counts where they are exact
   double doubt = 0;
+
+  static Fingerprint shared(FingerprintData data) {
+    return Fingerprint(std::make_shared<const FingerprintData>(std::move(data)));
+  }
 };
 
 enum class SubChains {

@@ -36,8 +36,8 @@ std::vector<Told> told_by(const std::vector<std::string>& types) {
   return told;
 }
 
-// A sub-chain by its stations.
-struct Cell {
+// By its stations.
+struct SubChain {
   std::size_t begin;
   std::size_t end;
 };
@@ -52,25 +52,49 @@ class PlaceSearch {
         told_(told_by(fingerprint.types())),
         run_(run) {}
 
+  // Those, in order, that have a place anywhere.
+  std::vector<std::size_t> types_with_places() const {
+    constexpr double kRounding = 1e-6;
+    const std::size_t types = fingerprint_.types().size();
+    std::vector<bool> has_place(types, false);
+    for (std::size_t begin = 0; begin < last_; ++begin) {
+      throw_if_cancelled(run_);
+      for (std::size_t end = begin + 1; end <= last_; ++end) {
+        double left = 1;
+        for (std::size_t type = 0; type < types && left + kRounding >= threshold_; ++type) {
+          const double share = fingerprint_.share(type, begin, end);
+          if (share >= threshold_) has_place[type] = true;
+          left -= share;
+        }
+      }
+    }
+    std::vector<std::size_t> found;
+    for (std::size_t type = 1; type < types; ++type)
+      if (has_place[type]) found.push_back(type);
+    return found;
+  }
+
   // All places of a type, those with the shortest cores first.
   std::vector<KnotPlace> places_of(std::size_t type) const {
-    const std::vector<Cell> cores = cores_of(type);
+    const std::vector<SubChain> cores = cores_of(type);
     std::vector<KnotPlace> places;
-    for (const Cell& core : cores) places.push_back(place_with(type, core));
+    for (const SubChain& core : cores) places.push_back(place_with(type, core));
     if (!places.empty()) count_sub_chains(type, places);
     return places;
   }
 
  private:
-  bool reached(std::size_t type, const Cell& cell) const {
+  bool reached(std::size_t type, const SubChain& cell) const {
     return fingerprint_.share(type, cell.begin, cell.end) >= threshold_;
   }
 
-  std::int32_t length(const Cell& cell) const { return stretch(cell).length(); }
+  std::int32_t length(const SubChain& cell) const { return stretch(cell).length(); }
 
-  Stretch stretch(const Cell& cell) const { return {stations_[cell.begin], stations_[cell.end]}; }
+  Stretch stretch(const SubChain& cell) const {
+    return {stations_[cell.begin], stations_[cell.end]};
+  }
 
-  bool better_core(std::size_t type, const Cell& cell, const Cell& than) const {
+  bool better_core(std::size_t type, const SubChain& cell, const SubChain& than) const {
     if (length(cell) != length(than)) return length(cell) < length(than);
     return fingerprint_.share(type, cell.begin, cell.end) >
            fingerprint_.share(type, than.begin, than.end);
@@ -78,8 +102,8 @@ class PlaceSearch {
 
   // So knotted sub-chains in which no other such lies: as many as do not share a residue, the
   // shortest first.
-  std::vector<Cell> cores_of(std::size_t type) const {
-    std::vector<Cell> minimal;
+  std::vector<SubChain> cores_of(std::size_t type) const {
+    std::vector<SubChain> minimal;
     std::size_t first_end = last_ + 1;  // of all that begin further on
     for (std::size_t begin = last_; begin-- > 0;) {
       throw_if_cancelled(run_);
@@ -91,17 +115,17 @@ class PlaceSearch {
     }
     std::reverse(minimal.begin(), minimal.end());
     std::stable_sort(minimal.begin(), minimal.end(),
-                     [&](const Cell& a, const Cell& b) { return better_core(type, a, b); });
-    std::vector<Cell> cores;
-    for (const Cell& cell : minimal)
-      if (std::none_of(cores.begin(), cores.end(), [&](const Cell& core) {
+                     [&](const SubChain& a, const SubChain& b) { return better_core(type, a, b); });
+    std::vector<SubChain> cores;
+    for (const SubChain& cell : minimal)
+      if (std::none_of(cores.begin(), cores.end(), [&](const SubChain& core) {
             return cell.begin <= core.end && core.begin <= cell.end;
           }))
         cores.push_back(cell);
     return cores;
   }
 
-  KnotPlace place_with(std::size_t type, const Cell& core) const {
+  KnotPlace place_with(std::size_t type, const SubChain& core) const {
     KnotPlace place;
     place.type = fingerprint_.types()[type];
     place.core = stretch(core);
@@ -109,8 +133,8 @@ class PlaceSearch {
     place.whole_share = fingerprint_.share(type, 0, last_);
     place.tail_before = place.core.first - stations_.front();
     place.tail_after = stations_.back() - place.core.last;
-    const auto longer_before = [&](std::size_t k) { return Cell{core.begin - k, core.end}; };
-    const auto longer_after = [&](std::size_t k) { return Cell{core.begin, core.end + k}; };
+    const auto longer_before = [&](std::size_t k) { return SubChain{core.begin - k, core.end}; };
+    const auto longer_after = [&](std::size_t k) { return SubChain{core.begin, core.end + k}; };
     const Growth before = growth(type, core.begin, longer_before);
     const Growth after = growth(type, last_ - core.end, longer_after);
     for (const Absence& dip : before.dips)
@@ -136,10 +160,10 @@ class PlaceSearch {
     return place;
   }
 
-  std::int32_t residue_before(const Cell& core, std::size_t k) const {
+  std::int32_t residue_before(const SubChain& core, std::size_t k) const {
     return stations_[core.begin - k];
   }
-  std::int32_t residue_after(const Cell& core, std::size_t k) const {
+  std::int32_t residue_after(const SubChain& core, std::size_t k) const {
     return stations_[core.end + k];
   }
 
@@ -164,7 +188,7 @@ class PlaceSearch {
   }
 
   // Below half the threshold: a share that merely wavers about the threshold is not undone.
-  bool less_knotted(const Cell& cell, std::size_t type) const {
+  bool less_knotted(const SubChain& cell, std::size_t type) const {
     if (fingerprint_.share(type, cell.begin, cell.end) >= threshold_ / 2) return false;
     const std::size_t other = fingerprint_.dominant(cell.begin, cell.end).type;
     return told_[other].crossings < told_[type].crossings;
@@ -172,7 +196,7 @@ class PlaceSearch {
 
   // Whether a sub-chain has the knot, by itself or as a factor, or may have it: the name of its
   // dominant type tells no factors.
-  bool has_knot(const Cell& cell, std::size_t type) const {
+  bool has_knot(const SubChain& cell, std::size_t type) const {
     if (reached(type, cell)) return true;
     const auto& factors = told_[fingerprint_.dominant(cell.begin, cell.end).type].factors;
     if (!factors) return true;
@@ -198,7 +222,7 @@ class PlaceSearch {
     Growth growth;
     std::optional<Absence>& gone = growth.undone;
     for (std::size_t k = 1; k <= steps; ++k) {
-      const Cell cell = longer_by(k);
+      const SubChain cell = longer_by(k);
       const double share = fingerprint_.share(type, cell.begin, cell.end);
       if (!gone) {
         if (less_knotted(cell, type)) gone = Absence{k, k, share, name_of_dominant(cell)};
@@ -213,7 +237,7 @@ class PlaceSearch {
     return growth;
   }
 
-  std::string name_of_dominant(const Cell& cell) const {
+  std::string name_of_dominant(const SubChain& cell) const {
     return fingerprint_.types()[fingerprint_.dominant(cell.begin, cell.end).type];
   }
 
@@ -239,7 +263,7 @@ Location locate(const Fingerprint& fingerprint, const LocateOptions& options, co
   location.share = dominant.share;
   location.factors = factors_of(location.type);
   const PlaceSearch search(fingerprint, options.threshold, run);
-  for (std::size_t type = 1; type < fingerprint.types().size(); ++type)
+  for (const std::size_t type : search.types_with_places())
     for (KnotPlace& place : search.places_of(type)) location.knots.push_back(std::move(place));
   std::stable_sort(
       location.knots.begin(), location.knots.end(),

@@ -56,11 +56,10 @@ std::vector<GaussCode> searched_parts(const GaussCode& part, const Run& run) {
   while (!waiting.empty()) {
     GaussCode code = std::move(waiting.back());
     waiting.pop_back();
-    if (auto parts = simpler_parts(code, run)) {
+    if (auto parts = simpler_parts(code, run))
       for (GaussCode& simpler : *parts) waiting.push_back(std::move(simpler));
-    } else {
+    else
       found.push_back(std::move(code));
-    }
   }
   if (in_the_mirror)
     for (GaussCode& code : found) code = mirrored(std::move(code));

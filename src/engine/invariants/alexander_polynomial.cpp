@@ -57,6 +57,12 @@ std::uint64_t prime_below(std::uint64_t bound) {
   return candidate;
 }
 
+// That below 2^62, with which every polynomial begins.
+std::uint64_t first_prime() {
+  static const std::uint64_t prime = prime_below(std::uint64_t{1} << 62);
+  return prime;
+}
+
 std::size_t seifert_circles(const GaussCode& code) {
   const Course course(code.size());
   std::vector<bool> seen(code.size(), false);
@@ -139,7 +145,7 @@ class Evaluation {
 
   // The determinant is the polynomial times sign t^shift, the same for every t.
   void find_unit() {
-    const MontgomeryField field(prime_below(std::uint64_t{1} << 62));
+    const MontgomeryField field(first_prime());
     Elimination elimination(field);
     negative_ = determinant(elimination, field, field.one(), field.one()) != field.one();
     for (std::int64_t base = kGenerator + 1;; ++base) {
@@ -252,7 +258,7 @@ std::vector<Integer> half_of_part(const GaussCode& part, const Run& run) {
   const double bits = bits_of_coefficients(part) + 1;
   std::vector<std::uint64_t> primes;
   for (double known = 0; known < bits; known += 61.99)
-    primes.push_back(prime_below(primes.empty() ? std::uint64_t{1} << 62 : primes.back()));
+    primes.push_back(primes.empty() ? first_prime() : prime_below(primes.back()));
   std::vector<std::vector<std::uint64_t>> residues(primes.size());
   for_each_piece(run, primes.size(), [&](std::size_t k, unsigned) {
     residues[k] = upper_half(evaluation.conway(primes[k]), primes[k]);

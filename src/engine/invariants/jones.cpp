@@ -26,7 +26,7 @@ struct Bracket {
 // strand from point k ends at a later one.
 using Matching = std::uint32_t;
 using Partners = std::array<std::uint8_t, kWidest + 2>;
-using States = std::unordered_map<Matching, Bracket>;
+using Brackets = std::unordered_map<Matching, Bracket>;
 
 class BracketSum {
  public:
@@ -152,8 +152,8 @@ class BracketSum {
 
   const Run& run_;
   std::size_t width_ = 0;
-  States states_;
-  States next_;
+  Brackets states_;
+  Brackets next_;
   bool overflow_ = false;
 };
 

@@ -185,11 +185,10 @@ class SeedElimination {
     const Value pivot = equation_[slot];
     numerator_ = field_.multiply(numerator_, field_.multiply(pivot, planted_at_[slot]));
     denominator_ = field_.multiply(denominator_, scale_);
-    if (live_.size() * open_ < kWorthAnInverse) {
+    if (live_.size() * open_ < kWorthAnInverse)
       substitute_scaled(slot, pivot);
-    } else {
+    else
       substitute_divided(slot, field_.inverse(pivot));
-    }
     solved_for_[solved_++] = seed_[slot];
     free_slots_.push_back(slot);
     return Outcome::kDone;

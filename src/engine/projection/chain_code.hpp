@@ -38,6 +38,10 @@ class ChainCodeReduction {
   // As CodeReduction::reduce, with the core given in segments.
   void reduce(ChainCode& chain, SegmentRange core);
 
+  // The same for the `part` that restrict_to() made last, of a whole that had been reduced with
+  // the core `reduced`, which `core` holds: only what has changed since is looked at.
+  void reduce_further(ChainCode& part, SegmentRange core, SegmentRange reduced);
+
   // As PassMoves::simplify_core, of a code that has been reduced. Asks before each move whether to
   // stop.
   void move_passes(ChainCode& chain, SegmentRange core, const Run& run = {});
@@ -45,7 +49,9 @@ class ChainCodeReduction {
  private:
   CodeReduction reduction_;
   PassMoves pass_moves_;
-  std::vector<std::int32_t> moved_;  // new place of each passage
+  std::vector<std::int32_t> moved_;   // new place of each passage
+  std::vector<std::int32_t> joined_;  // places of the part from which something was cut behind
+  std::vector<std::int32_t> fresh_;
 };
 
 }  // namespace korvex

@@ -13,7 +13,7 @@
 namespace korvex {
 namespace {
 
-Point unit(const Point& direction) {
+Point checked_unit(const Point& direction) {
   const double largest =
       std::max({std::abs(direction.x), std::abs(direction.y), std::abs(direction.z)});
   const bool numbers =
@@ -21,7 +21,7 @@ Point unit(const Point& direction) {
   if (!(numbers && largest > 0))
     throw Error(ErrorCode::kInvalidArgument,
                 "the direction of view must be a finite vector other than 0");
-  if (largest < std::numeric_limits<double>::min()) return unit(0x1p200 * direction);
+  if (largest < std::numeric_limits<double>::min()) return checked_unit(0x1p200 * direction);
   const Point scaled = (1 / largest) * direction;
   return (1 / norm(scaled)) * scaled;
 }
@@ -31,13 +31,14 @@ Point unit(const Point& direction) {
 Diagram Diagram::of_polygon(std::span<const Point> points, const Point& direction, const Run& run) {
   require_usable(points);
   return TrustedDiagram::of(
-      general_view(points, unit(direction), Curve::kClosed, run).projection.code());
+      general_view(points, checked_unit(direction), Curve::kClosed, run).projection.code());
 }
 
 Diagram Diagram::of_open_chain(std::span<const Point> points, const Point& direction,
                                const Run& run) {
   require_usable(points);
-  GaussCode code = general_view(points, unit(direction), Curve::kOpen, run).projection.code();
+  GaussCode code =
+      general_view(points, checked_unit(direction), Curve::kOpen, run).projection.code();
   CodeReduction().reduce(code);
   return TrustedDiagram::of(closed_over(code));
 }

@@ -3,9 +3,7 @@
 namespace korvex {
 namespace {
 
-using Json = nlohmann::ordered_json;
-
-constexpr Report::Frame kTable{
+constexpr Report::Frame kCatalogueTable{
     "name\tplain\tcrossings\tdeterminant\tsignature\tchirality\talexander\tjones\thomfly\t"
     "gauss_code\n",
     {},
@@ -54,7 +52,8 @@ Json json_of(const KnotType& type) {
 }  // namespace
 
 CatalogueReport::CatalogueReport(ReportFormat format, std::ostream& out)
-    : Report(format, frame_for(format, "the catalogue", catalogue_formats(), kTable), out) {}
+    : Report(format, frame_for(format, "the catalogue", catalogue_formats(), kCatalogueTable),
+             out) {}
 
 void CatalogueReport::add(const KnotType& type) {
   switch (format()) {

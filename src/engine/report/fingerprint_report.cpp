@@ -100,7 +100,6 @@ void write_tsv(const Fingerprint& fingerprint, std::span<const Residue> residues
 
 void write_json(const Fingerprint& fingerprint, std::span<const Residue> residues,
                 std::span<const Gap> gaps, std::ostream& out) {
-  using Json = nlohmann::ordered_json;
   Json labels = Json::array();
   for (std::size_t k = 0; k < fingerprint.stations().size(); ++k)
     labels.push_back(label_of(fingerprint, residues, k));
@@ -121,11 +120,10 @@ void write_json(const Fingerprint& fingerprint, std::span<const Residue> residue
     for (std::size_t type = 0; type < fingerprint.types().size(); ++type) {
       const double share = fingerprint.share(type, begin, end);
       if (!(share > 0)) continue;
-      if (fingerprint.exact()) {
+      if (fingerprint.exact())
         votes.push_back({type, nine_digits(share)});
-      } else {
+      else
         votes.push_back({type, fingerprint.count(type, begin, end)});
-      }
     }
     out << comma << text({begin, end, votes});
     comma = ",";

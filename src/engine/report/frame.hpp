@@ -9,6 +9,8 @@
 
 namespace korvex {
 
+using Json = nlohmann::ordered_json;
+
 struct Report::Frame {
   std::string_view head;
   std::string_view separator;
@@ -34,6 +36,6 @@ const Report::Frame& frame_for(ReportFormat format, std::string_view what,
                                const Report::Frame& array = kJsonArray);
 
 // As part of kJsonArray. Bytes that are no UTF-8 become U+FFFD.
-std::string in_array(const nlohmann::ordered_json& object);
+std::string in_array(const Json& object);
 
 }  // namespace korvex

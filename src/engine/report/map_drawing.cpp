@@ -8,7 +8,7 @@
 
 #include "engine/report/map_report.hpp"
 #include "engine/report/number_text.hpp"
-#include "engine/report/palette.hpp"
+#include "korvex/palette.hpp"
 #include "korvex/quoting.hpp"
 #include "korvex/report.hpp"
 

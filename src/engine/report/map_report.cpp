@@ -14,8 +14,6 @@
 namespace korvex {
 namespace {
 
-using Json = nlohmann::ordered_json;
-
 Json json_of(const Point& p) { return Json::array({p.x, p.y, p.z}); }
 
 Json json_of(const ClosureRegion& region, const ClosureMap& map) {

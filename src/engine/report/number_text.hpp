@@ -27,6 +27,13 @@ inline std::string fixed_text(double number, int decimals) {
   return number_text(number, std::chars_format::fixed, decimals);
 }
 
+// A time, with as many digits as it takes to tell it.
+inline std::string time_text(double time) {
+  std::array<char, 64> text{};
+  const auto [end, error] = std::to_chars(text.data(), text.data() + text.size(), time);
+  return {text.data(), end};
+}
+
 // Exact shares have nine digits behind the point: what is beyond them is rounding.
 inline double nine_digits(double share) { return std::round(share * 1e9) / 1e9; }
 inline std::string nine_digits_text(double share) { return fixed_text(share, 9); }

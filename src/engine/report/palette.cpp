@@ -1,4 +1,4 @@
-#include "engine/report/palette.hpp"
+#include "korvex/palette.hpp"
 
 #include <algorithm>
 #include <array>

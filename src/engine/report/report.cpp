@@ -5,6 +5,7 @@
 #include <ostream>
 
 #include "engine/report/frame.hpp"
+#include "engine/report/number_text.hpp"
 #include "korvex/error.hpp"
 #include "korvex/quoting.hpp"
 
@@ -17,6 +18,7 @@ constexpr std::array kOfCatalogue{kText, kTsv, kJson};
 constexpr std::array kOfFingerprints{kNpz, kTsv, kJson, kMatrix};
 constexpr std::array kOfLocations{kText, kTsv, kJson, kPymol, kChimerax};
 constexpr std::array kOfMaps{kSvg, kJson, kNpz};
+constexpr std::array kOfScans{kTsv, kJson};
 
 void write(std::ostream& out, std::string_view text) {
   out.write(text.data(), static_cast<std::streamsize>(text.size()));
@@ -51,6 +53,7 @@ std::span<const ReportFormat> catalogue_formats() { return kOfCatalogue; }
 std::span<const ReportFormat> fingerprint_formats() { return kOfFingerprints; }
 std::span<const ReportFormat> location_formats() { return kOfLocations; }
 std::span<const ReportFormat> map_formats() { return kOfMaps; }
+std::span<const ReportFormat> scan_formats() { return kOfScans; }
 
 std::string residue_label(std::span<const Residue> residues, std::size_t index) {
   if (index >= residues.size()) return std::to_string(index + 1);
@@ -63,8 +66,12 @@ std::string residue_label(std::span<const Residue> residues, std::size_t index) 
 std::string title_of(const Chain& chain) {
   std::string title = chain.source.empty() ? "chain" : chain.source;
   if (chain.model != 1) title += " model " + std::to_string(chain.model);
+  if (chain.time)
+    title += " time " + time_text(*chain.time);
+  else if (chain.step)
+    title += " step " + std::to_string(*chain.step);
   if (!chain.name.empty()) title += " chain " + chain.name;
-  if (chain.part != 0) title += " part " + std::to_string(chain.part);
+  if (chain.part != 0) title += " part #" + std::to_string(chain.part);
   return quoted_for_terminal(title);
 }
 
@@ -86,9 +93,8 @@ const Report::Frame& frame_for(ReportFormat format, std::string_view what,
   return format == kJson ? array : kBare;
 }
 
-std::string in_array(const nlohmann::ordered_json& object) {
-  const std::string text =
-      object.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+std::string in_array(const Json& object) {
+  const std::string text = object.dump(2, ' ', false, Json::error_handler_t::replace);
   std::string indented;
   indented.reserve(text.size());
   for (const char c : text) {

@@ -10,11 +10,9 @@
 namespace korvex {
 namespace {
 
-using Json = nlohmann::ordered_json;
-
-constexpr Report::Frame kTable{
+constexpr Report::Frame kVotesTable{
     "source\tmodel\tchain\tresidues\tclosure\ttrials\ttype\tvotes\tshare\tlow\thigh\tgaps\tlongest_"
-    "gap\tmended\tends\tpart\n",
+    "gap\tmended\tends\tpart\ttime\tstep\tplddt\n",
     {},
     {},
     {}};
@@ -100,7 +98,7 @@ std::string begin_of_row(const Chain& chain, Closure closure, const std::string&
 
 std::string rows(const Chain& chain, const ClosureMap& map) {
   const std::string all = begin_of_row(chain, Closure::kRays, "exact");
-  const std::string doubts = doubt_cells(chain);
+  const std::string doubts = doubt_cells(chain) + '\t' + plddt_cell(chain);
   std::string lines;
   for (const TypeShare& type : map.types)
     lines += all + type.type + "\t\t" + nine_digits_text(type.share) + '\t' +
@@ -111,7 +109,7 @@ std::string rows(const Chain& chain, const ClosureMap& map) {
 
 std::string rows(const Chain& chain, Closure closure, const Votes& votes) {
   const std::string all = begin_of_row(chain, closure, std::to_string(votes.trials));
-  const std::string doubts = doubt_cells(chain);
+  const std::string doubts = doubt_cells(chain) + '\t' + plddt_cell(chain);
   std::string lines;
   for (const TypeVotes& type : votes.types)
     lines += all + type.type + '\t' + std::to_string(type.count) + '\t' + number_text(type.share) +
@@ -174,7 +172,7 @@ Json json_of(const Chain& chain, Closure closure, const Votes& votes) {
 }  // namespace
 
 VotesReport::VotesReport(ReportFormat format, std::ostream& out)
-    : Report(format, frame_for(format, "votes", vote_formats(), kTable), out) {}
+    : Report(format, frame_for(format, "votes", vote_formats(), kVotesTable), out) {}
 
 void VotesReport::add(const Chain& chain, Closure closure, const Votes& votes) {
   switch (format()) {

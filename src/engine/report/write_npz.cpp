@@ -34,11 +34,10 @@ void write_npz(const Fingerprint& fingerprint, std::span<const Residue> residues
         begins.push_back(static_cast<std::int32_t>(begin));
         ends.push_back(static_cast<std::int32_t>(end));
         types.push_back(static_cast<std::int32_t>(type));
-        if (fingerprint.exact()) {
+        if (fingerprint.exact())
           shares.push_back(share_of_type);
-        } else {
+        else
           counts.push_back(fingerprint.count(type, begin, end));
-        }
       }
     }
   }

@@ -41,10 +41,9 @@ std::vector<double> face_areas(const Arrangement& arrangement,
   const std::size_t faces = arrangement.faces();
   if (faces == 1) return {kSphere};
   std::size_t widest = 0;
-  for (std::size_t face = 0; face < faces; ++face) {
+  for (std::size_t face = 0; face < faces; ++face)
     if (inner[face] && (!inner[widest] || inner[face]->clearance > inner[widest]->clearance))
       widest = face;
-  }
   if (!inner[widest]) return std::vector<double>(faces, 0.0);
   const Point common = -inner[widest]->at;
   std::vector<double> areas(faces);

@@ -26,7 +26,7 @@ namespace {
 
 using Shares = std::map<std::string, double>;
 
-std::string key_name(const GaussCode& closed) {
+std::string name_by_key(const GaussCode& closed) {
   const std::uint64_t key = alexander_key(closed);
   return key == 1 ? "0_1" : std::to_string(key);
 }
@@ -35,7 +35,7 @@ ClosureMap map_of(std::span<const Point> chain) { return closure_map(chain).valu
 
 // Knots by their Alexander keys: as good as types to compare shares by, and faster.
 ClosureMap keys_of(std::span<const Point> chain, const korvex::Run& run = {}) {
-  return closure_map_with(NamedDiagrams(key_name), chain, {}, run).value();
+  return closure_map_with(NamedDiagrams(name_by_key), chain, {}, run).value();
 }
 
 Shares shares_of(const ClosureMap& map) {
@@ -154,6 +154,12 @@ TEST(ClosureMap, DoesNotDependOnWhereAndHowTheChainLies) {
   expect_equal(shares_of(keys_of(reversed)), shares, 1e-9);
 }
 
+TEST(ClosureMap, CoversTheSphereOfALatticeChainThatLeavesSlivers) {
+  const std::vector<Point> chain{{0, 2, 3},  {-1, 0, 2}, {2, 0, -1}, {0, -1, 2}, {-2, 1, 3},
+                                 {0, -2, 3}, {3, 0, -3}, {1, 1, -2}, {0, 0, 1}};
+  expect_whole(map_of(chain));
+}
+
 TEST(ClosureMap, IsFoundWhereARegionIsWidestOppositeToItsArcs) {
   for (const auto& [seed, first] : {std::pair{7u, 18}, std::pair{6u, 43}}) {
     const auto walk = compact_walk(seed, 60);
@@ -197,7 +203,7 @@ TEST(ClosureMap, EqualsTheSumOverPiecesOfArcs) {
   }
   for (const auto& chain : chains) {
     const auto type = [&chain](const Point& direction) {
-      return key_name(Diagram::of_open_chain(chain, direction).code());
+      return name_by_key(Diagram::of_open_chain(chain, direction).code());
     };
     const ClosureMap map = keys_of(chain);
     const reference::ClosureShares plain(chain, type, -map.regions.front().direction);
@@ -226,7 +232,7 @@ TEST(ClosureMap, OfDegenerateChainsEqualsTheSumOverPiecesOfArcsNearby) {
     for (std::size_t i = 0; i < chain.size(); ++i)
       nearby[i] = nearby[i] + 1e-6 * random_direction(7, i);
     const auto type = [&nearby](const Point& direction) {
-      return key_name(Diagram::of_open_chain(nearby, direction).code());
+      return name_by_key(Diagram::of_open_chain(nearby, direction).code());
     };
     const ClosureMap map = keys_of(chain);
     const reference::ClosureShares plain(nearby, type, -map.regions.front().direction);
@@ -242,7 +248,7 @@ TEST(ClosureMap, AgreesWithIndependentClosures) {
     Shares sampled;
     for (unsigned k = 0; k < kTrials; ++k) {
       const Diagram diagram = Diagram::of_open_chain(chain, random_direction(seed, k));
-      sampled[key_name(diagram.code())] += 1 / kTrials;
+      sampled[name_by_key(diagram.code())] += 1 / kTrials;
     }
     for (const auto& [type, share] : shares_of(map)) {
       const double scatter = std::sqrt(share * (1 - share) / kTrials);
@@ -259,7 +265,7 @@ TEST(ClosureMap, HasTheTypesThatClosuresInsideItsRegionsHave) {
     for (unsigned k = 0; k < 4; ++k) {
       const Point aside = region.direction + 0.9 * region.clearance * random_direction(3, k);
       const Diagram diagram = Diagram::of_open_chain(chain, aside);
-      EXPECT_EQ(key_name(diagram.code()), map.types[region.type].type);
+      EXPECT_EQ(name_by_key(diagram.code()), map.types[region.type].type);
     }
   }
 }
@@ -316,7 +322,7 @@ TEST(ClosureMap, OfLatticeChainsCoversTheSphereAndAgreesWithClosures) {
     for (const ClosureRegion& region : map.regions) {
       if (region.in_doubt || region.clearance < 1e-6) continue;
       const Diagram diagram = Diagram::of_open_chain(chain, region.direction);
-      EXPECT_EQ(key_name(diagram.code()), map.types[region.type].type);
+      EXPECT_EQ(name_by_key(diagram.code()), map.types[region.type].type);
     }
   }
 }
@@ -370,9 +376,9 @@ TEST(ClosureMap, IsTheSameOnAnyNumberOfThreads) {
 TEST(ClosureMap, IsNotDrawnBeyondTheLimitOfRegions) {
   const auto chain = compact_walk(12, 60);
   const std::size_t regions = keys_of(chain).regions.size();
-  EXPECT_TRUE(closure_map_with(NamedDiagrams(key_name), chain, {.most_regions = regions}));
-  EXPECT_FALSE(closure_map_with(NamedDiagrams(key_name), chain, {.most_regions = regions - 1}));
-  EXPECT_FALSE(closure_map_with(NamedDiagrams(key_name), chain, {.most_regions = 3}));
+  EXPECT_TRUE(closure_map_with(NamedDiagrams(name_by_key), chain, {.most_regions = regions}));
+  EXPECT_FALSE(closure_map_with(NamedDiagrams(name_by_key), chain, {.most_regions = regions - 1}));
+  EXPECT_FALSE(closure_map_with(NamedDiagrams(name_by_key), chain, {.most_regions = 3}));
   EXPECT_THROW(closure_map(chain, {.most_regions = 0}), Error);
 }
 

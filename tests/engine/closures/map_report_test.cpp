@@ -15,9 +15,9 @@
 
 #include "engine/closures/closure_mapping.hpp"
 #include "engine/random_chains.hpp"
-#include "engine/report/palette.hpp"
 #include "korvex/catalogue.hpp"
 #include "korvex/error.hpp"
+#include "korvex/palette.hpp"
 #include "korvex/quoting.hpp"
 #include "korvex/report.hpp"
 
