@@ -168,7 +168,8 @@ KORVEX_API void write_fingerprint(const Fingerprint& fingerprint, std::span<cons
 // for each type, the same in every drawing, a legend with shares, and the directions of the five
 // largest regions marked.
 //
-// kJson: one object: types, and regions with all that ClosureRegion holds.
+// kJson: one object: types, and regions with all that ClosureRegion holds; where they are known the
+// time and step of the frame and the mean confidence of the chain.
 //
 // kNpz: a deflated archive of these arrays, t being the types, r the regions, p their boundaries:
 // - types: unicode (t); type_share: float64 (t)

@@ -71,6 +71,14 @@ std::vector<Residue> residues_of(const py::object& chain) {
   return residues;
 }
 
+// Of a summary, which has the mean alone, every residue has that.
+std::vector<float> confidences_of(const py::object& plddt, std::size_t points) {
+  if (plddt.is_none()) return {};
+  if (py::isinstance<py::float_>(plddt)) return std::vector<float>(points, plddt.cast<float>());
+  const auto values = plddt.cast<py::array_t<float, py::array::c_style | py::array::forcecast>>();
+  return {values.data(), values.data() + values.size()};
+}
+
 }  // namespace
 
 // Names of files and chains may be in any encoding.
@@ -91,6 +99,9 @@ py::dict arguments_of(Chain&& chain) {
   arguments["mended"] = chain.mended;
   arguments["part"] = chain.part;
   arguments["split_length"] = chain.split_length;
+  arguments["time"] = chain.time;
+  arguments["step"] = chain.step;
+  if (!chain.plddt.empty()) arguments["plddt"] = array_of(std::move(chain.plddt));
   add_residues(arguments, chain.residues);
   arguments["positions"] = array_of_points(std::move(chain.points));
   return arguments;
@@ -116,6 +127,9 @@ Chain chain_of(const py::object& object) {
   chain.mended = object.attr("mended").cast<std::size_t>();
   chain.part = object.attr("part").cast<int>();
   chain.split_length = object.attr("split_length").cast<double>();
+  chain.time = object.attr("time").cast<std::optional<double>>();
+  chain.step = object.attr("step").cast<std::optional<std::int64_t>>();
+  chain.plddt = confidences_of(object.attr("plddt"), chain.points.size());
   return chain;
 }
 

@@ -12,7 +12,8 @@ open. Computations run without the interpreter's lock, on as many threads as the
 ``threads=`` says otherwise; Ctrl-C ends them.
 
 The submodules are imported when they are asked for: `korvex.mda` analyses trajectories of MDAnalysis,
-`korvex.plot` draws with matplotlib, `korvex.classic` is the exported interface of the C++ library.
+`korvex.plot` draws with matplotlib, `korvex.scan` scans archives on a Dask cluster, `korvex.classic` is the
+exported interface of the C++ library.
 """
 from ._catalogue import KnotType, catalogue, knot_type, knot_types
 from ._chain import Chain, ChainSummary, Gap, Residue, read

@@ -1,6 +1,7 @@
 """Chains, and reading them from files."""
 from __future__ import annotations
 
+import math
 import os
 import re
 from dataclasses import dataclass, fields
@@ -44,6 +45,9 @@ class ChainSummary(NamedTuple):
     mended: int  #: bonds that a vector of the periodic box made whole
     part: int  #: of a chain that was split at gaps: which part, from 1; else 0
     split_length: float  #: the gap between the part before and this one
+    time: Optional[float] = None  #: of its frame, as the file has it (XTC, TRR and GRO: ps)
+    step: Optional[int] = None  #: of its frame
+    plddt: Optional[float] = None  #: mean confidence of a predicted model, 0 to 100, to two digits
 
 
 @dataclass(frozen=True, eq=False, repr=False)
@@ -76,6 +80,12 @@ class Chain:
         Of a chain that was split at gaps: which part, from 1; else 0.
     split_length : float
         The gap between the part before and this one.
+    time : float or None
+        Of its frame, as the file has it (XTC, TRR and GRO: ps).
+    step : int or None
+        Of its frame.
+    plddt : ndarray of float32, (n,), or None
+        Confidence of a predicted model in each point, 0 to 100; None where the file tells of none.
     numbers : ndarray of int32, (n,), or None
         Residue numbers as in the file.
     codes : str
@@ -110,6 +120,9 @@ class Chain:
     numbers: Optional[NDArray[np.int32]] = None
     codes: str = ""
     residue_names: Tuple[str, ...] = ()
+    time: Optional[float] = None
+    step: Optional[int] = None
+    plddt: Optional[NDArray[np.float32]] = None
 
     def __post_init__(self) -> None:
         positions = positions_of(self.positions)
@@ -121,10 +134,9 @@ class Chain:
         if not self.ends:
             object.__setattr__(self, "ends", "asked" if self.closed else "apart")
         if self.numbers is not None:
-            numbers = np.asarray(self.numbers, dtype=np.int32)
-            if numbers.shape != (len(positions),):
-                raise InvalidArgument(f"{len(positions)} points have as many numbers, not {numbers.shape}")
-            object.__setattr__(self, "numbers", numbers)
+            object.__setattr__(self, "numbers", _column(self.numbers, np.int32, "numbers", len(positions)))
+        if self.plddt is not None:
+            object.__setattr__(self, "plddt", _column(self.plddt, np.float32, "confidences", len(positions)))
 
     def __len__(self) -> int:
         return len(self.positions)
@@ -176,8 +188,23 @@ class Chain:
         """What answers tell of the chain."""
         return ChainSummary(
             self.name, self.source, self.model, len(self), self.closed, self.ends, self.gaps,
-            self.mended, self.part, self.split_length,
+            self.mended, self.part, self.split_length, self.time, self.step, self._mean_plddt(),
         )  # fmt: skip
+
+    def _mean_plddt(self) -> Optional[float]:
+        """Added in the order of the chain, and rounded half up, as reports do."""
+        if self.plddt is None or not len(self.plddt):
+            return None
+        hundredths = 100 * float(np.cumsum(self.plddt, dtype=np.float64)[-1]) / len(self.plddt)
+        whole = math.floor(hundredths)
+        return (whole + (hundredths - whole >= 0.5)) / 100
+
+
+def _column(values: Any, dtype: Any, what: str, points: int) -> NDArray[Any]:
+    column = np.asarray(values, dtype=dtype)
+    if column.shape != (points,):
+        raise InvalidArgument(f"{points} points have as many {what}, not {column.shape}")
+    return column
 
 
 _UNKNOWN = ChainSummary("", "", 1, 0, False, "apart", (), 0, 0, 0.0)
@@ -236,6 +263,7 @@ def read(
     atoms: Union[None, str, Iterable[str]] = None,
     residues: Optional[Tuple[Optional[Label], Optional[Label]]] = None,
     numbering: str = "author",
+    min_plddt: float = 0.0,
     closed: bool = False,
     chain_length: int = 0,
     topology: Union[str, "os.PathLike[str]"] = "",
@@ -245,8 +273,8 @@ def read(
 ) -> Iterator[Chain]:
     """Read chains from a file, one after another.
 
-    Formats are told by the content, also compressed by gzip: PDB, mmCIF, GRO, XYZ, LAMMPS text dumps,
-    plain text. A thread reads a few chains ahead, so that of a long trajectory only a few frames are in
+    Formats are told by the content, also compressed by gzip: PDB, mmCIF, BinaryCIF, GRO, XYZ, XTC, TRR, DCD,
+    LAMMPS text dumps, plain text. A thread reads a few chains ahead, so that of a long trajectory only a few frames are in
     memory.
 
     Parameters
@@ -265,12 +293,15 @@ def read(
         Residues by their labels, both included, such as ``(10, "52A")``; None for no bound.
     numbering : {"author", "label"}
         Chain names and residue numbers of an mmCIF file.
+    min_plddt : float
+        Cut residues of a lower confidence off both ends of chains of predicted models.
     closed : bool
         Join the last point to the first.
     chain_length : int
         Cut what the file has as one chain into chains of so many points; 0 cuts nothing.
     topology : str or path, optional
-        LAMMPS data file with the molecules and bonds of a LAMMPS dump.
+        A file with the chains of a trajectory that has positions alone (XTC, TRR, DCD): PDB, GRO, mmCIF or
+        LAMMPS data. LAMMPS data also tell the molecules and bonds of a LAMMPS dump.
     gaps : {"auto", "bridge", "split", "reject"}
         Where neighbours lie farther apart than 1.5 median bonds, or residues are missing: bridge up to
         `max_gap` and split at longer ones; join straight; make two chains; or raise.
@@ -315,6 +346,7 @@ def read(
         _names(atoms),
         (_bound(first), _bound(last)),
         numbering,
+        min_plddt,
         closed,
         chain_length,
         os.fsencode(topology),

@@ -103,6 +103,7 @@ def reader(
     atoms: List[str],
     residues: Tuple[Optional[Tuple[int, str]], Optional[Tuple[int, str]]],
     numbering: str,
+    min_plddt: float,
     closed: bool,
     chain_length: int,
     topology: bytes,

@@ -11,7 +11,7 @@ _OPTIONS = "- its fields are keyword arguments"
 _WORDS = "- words, as on the command line"
 _VALUE = "- a value of Python: tuple, dict or float"
 _WRITTEN = "- a method: report(), save()"
-_ARCHIVES = "- archives are scanned by the command line, korvex scan"
+_ARCHIVES = "- korvex.scan runs the command, on one machine or many"
 
 NAMES: Dict[str, str] = {
     "AlexanderPolynomial": "- a tuple of int, of any size",

@@ -24,6 +24,17 @@ def protein() -> korvex.Chain:
 
 
 @pytest.fixture(scope="session")
+def predicted(tmp_path_factory: pytest.TempPathFactory) -> pathlib.Path:
+    """The smallest knotted protein as if it were a predicted model: confidences rise and fall along it."""
+    lines = (ROOT / "data" / "proteins" / "2efv_CA.pdb").read_text().splitlines()
+    atoms = [line for line in lines if line.startswith("ATOM")]
+    marked = [f"{line[:60]}{50 + 0.57 * min(i, len(atoms) - i):6.2f}{line[66:]}" for i, line in enumerate(atoms)]
+    path = tmp_path_factory.mktemp("predicted") / "model.pdb"
+    path.write_text("\n".join(["TITLE     ALPHAFOLD MONOMER V2.0 PREDICTION", *marked, "END", ""]))
+    return path
+
+
+@pytest.fixture(scope="session")
 def trefoil() -> NDArray[np.float64]:
     """A right-handed trefoil ring of 60 points."""
     t = np.linspace(0, 2 * np.pi, 60, endpoint=False)

@@ -83,6 +83,7 @@ def test_notebooks_show_tables_with_quoted_text(answers: List[Any]) -> None:
         ("data/proteins/1ubq.pdb", {"closure": "direct"}),
         ("data/proteins/1ubq.pdb", {"trials": "auto", "tolerance": 0.1, "sampling": "independent"}),
         ("data/trajectories/ring_3_1.gro", {"closure": "ring"}),
+        ("data/trajectories/ring_3_1.xtc", {"closure": "ring"}),
     ],
 )
 @pytest.mark.parametrize("form", ["json", "tsv", "text"])
@@ -123,6 +124,22 @@ def test_fingerprints_are_written_as_the_command_line_does(
         found = korvex.fingerprint(protein, directions=40, seed=3)
     found.save(by_python, format=form)
     assert by_python.read_bytes() == written.read_bytes()
+
+
+@pytest.mark.parametrize("form", ["json", "tsv", "text"])
+@pytest.mark.parametrize("command", ["knot", "locate", "map"])
+def test_predicted_models_are_written_as_the_command_line_does(
+    command_line: Callable[..., bytes], predicted: pathlib.Path, command: str, form: str
+) -> None:
+    chain = next(korvex.read(predicted))
+    found = {"knot": korvex.knot, "locate": korvex.locate, "map": korvex.closure_map}[command](chain)  # type: ignore[operator]
+    if command == "map":
+        form = "json"
+        expected = command_line("map", str(predicted), "-o", "-", "--format", form)
+    else:
+        expected = command_line(command, str(predicted), "--format", form)
+    assert found.report(form).encode() == expected
+    assert form != "json" or found.to_dict()["plddt"] == chain.summary.plddt
 
 
 @pytest.mark.parametrize("form", ["json", "svg", "npz"])

@@ -87,6 +87,25 @@ def test_chains_before_a_mistake_are_given_first(tmp_path: pathlib.Path) -> None
     assert len(next(chains)) == 2 and seen == []
 
 
+def test_frames_have_their_time_and_step() -> None:
+    frame = next(korvex.read("data/trajectories/ring_3_1.xtc", models=50))
+    assert frame.time == 49.0 and frame.step is not None and frame.summary[-3:-1] == (frame.time, frame.step)
+    assert korvex.knot(frame).to_dict()["time"] == 49.0
+    assert korvex.closure_map(frame.positions).to_dict().keys().isdisjoint({"time", "step", "plddt"})
+    protein = next(korvex.read("data/proteins/2efv_CA.pdb"))
+    assert protein.time is None and protein.step is None and protein.plddt is None
+
+
+def test_predicted_models_have_their_confidence(predicted: pathlib.Path) -> None:
+    chain = next(korvex.read(predicted))
+    assert chain.plddt is not None and chain.plddt.dtype == np.float32 and len(chain.plddt) == len(chain)
+    assert chain.summary.plddt == pytest.approx(float(np.mean(chain.plddt)), abs=0.006)
+    cut = next(korvex.read(predicted, min_plddt=60))
+    assert cut.plddt is not None and len(cut) < len(chain) and cut.plddt[0] >= 60 <= cut.plddt[-1]
+    with pytest.raises(korvex.InvalidArgument, match="confidences"):
+        korvex.Chain(np.eye(3), plddt=np.ones(2, dtype=np.float32))
+
+
 def test_chains_of_ones_own_are_checked() -> None:
     with pytest.raises(korvex.InvalidArgument):
         korvex.Chain(np.zeros((3, 3)), numbers=np.arange(4))

@@ -26,7 +26,7 @@ PACKAGE = ROOT / "python" / "korvex"
 PATIENCE = 120  # seconds until what does not come is given up
 
 sys.path.insert(0, str(PACKAGE))  # the module by itself: it needs nothing of the package
-import cluster  # noqa: E402
+import scan  # noqa: E402
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "support"))
 from model_archive import ModelArchiveCase  # noqa: E402
@@ -87,7 +87,7 @@ class ScanOnDask(ModelArchiveCase):
             summaries = []
             job = threading.Thread(
                 target=lambda: summaries.append(
-                    cluster.scan(
+                    scan.on_dask(
                         client, [self.archive], shared, tasks=5, options=options, korvex=KORVEX
                     )
                 )

@@ -58,15 +58,19 @@ std::string plddt_cell(const Chain& chain, const Stretch& stretch) {
   return chain.plddt.empty() ? std::string() : fixed_text(mean_plddt(chain, stretch), 2);
 }
 
+void add_frame(nlohmann::ordered_json& json, const Chain& chain) {
+  if (chain.time) json["time"] = *chain.time;
+  if (chain.step) json["step"] = *chain.step;
+  if (!chain.plddt.empty()) json["plddt"] = mean_plddt(chain);
+}
+
 void add_doubts(nlohmann::ordered_json& json, const Chain& chain) {
   json["gaps"] = chain.gaps.size();
   json["longest_gap"] = longest_gap(chain);
   json["mended"] = chain.mended;
   json["ends"] = name_of(chain.ends);
   json["part"] = chain.part;
-  if (chain.time) json["time"] = *chain.time;
-  if (chain.step) json["step"] = *chain.step;
-  if (!chain.plddt.empty()) json["plddt"] = mean_plddt(chain);
+  add_frame(json, chain);
 }
 
 std::string doubt_text(const Chain& chain) {

@@ -24,7 +24,9 @@ std::string plddt_cell(const Chain& chain, const Stretch& stretch);
 double mean_plddt(const Chain& chain);
 double mean_plddt(const Chain& chain, const Stretch& stretch);
 
-// Adds doubts, and time, step and confidence where there are any, to an object.
+// Adds time, step and confidence, where there are any, to an object.
+void add_frame(nlohmann::ordered_json& json, const Chain& chain);
+// Adds doubts and these.
 void add_doubts(nlohmann::ordered_json& json, const Chain& chain);
 
 // ", 2 gaps bridged, the longest 13.18, mean pLDDT 91.2"; empty where nothing was bridged or mended

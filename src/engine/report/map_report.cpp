@@ -7,6 +7,7 @@
 #include <ostream>
 #include <vector>
 
+#include "engine/report/doubts.hpp"
 #include "engine/report/frame.hpp"
 #include "engine/report/npz_arrays.hpp"
 #include "engine/report/zip_archive.hpp"
@@ -39,6 +40,7 @@ std::string json_text(const Chain& chain, const ClosureMap& map) {
             {"chain", chain.name},
             {"residues", chain.points.size()},
             {"doubt", map.doubt}};
+  add_frame(json, chain);
   json["types"] = Json::array();
   for (const TypeShare& type : map.types)
     json["types"].push_back({{"type", type.type},

@@ -145,6 +145,20 @@ TEST(MapReport, HoldsAllRegionsInJson) {
   }
 }
 
+TEST(MapReport, TellsTimeStepAndConfidenceWhereThereAreAny) {
+  auto chain = chain_of(compact_walk(4, 25));
+  const ClosureMap map = closure_map(chain.points).value();
+  const auto bare = nlohmann::json::parse(written(chain, map, ReportFormat::kJson));
+  for (const char* key : {"time", "step", "plddt"}) EXPECT_FALSE(bare.contains(key)) << key;
+  chain.time = 12.5;
+  chain.step = 4000;
+  chain.plddt.assign(chain.points.size(), 71.25F);
+  const auto json = nlohmann::json::parse(written(chain, map, ReportFormat::kJson));
+  EXPECT_EQ(json["time"], 12.5);
+  EXPECT_EQ(json["step"], 4000);
+  EXPECT_EQ(json["plddt"], 71.25);
+}
+
 TEST(MapReport, IsTheSameBytesEachTimeAndRefusesOtherFormats) {
   const auto chain = chain_of(compact_walk(4, 25));
   const ClosureMap map = closure_map(chain.points).value();
