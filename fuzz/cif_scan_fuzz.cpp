@@ -47,6 +47,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       check(scanned->atom_site, whole.atom_site, tag);
     check(scanned->entity, whole.entity, "type");
     check(scanned->qa_metric, whole.qa_metric, "type");
+    check(scanned->struct_conn, whole.struct_conn, "ptnr1_auth_seq_id");
   } catch (const korvex::Error&) {
     std::abort();
   }

@@ -41,6 +41,22 @@ struct AtomSite {
 // Pairs of atoms by their serial numbers, the lower first.
 using Bonds = std::set<std::pair<std::int32_t, std::int32_t>>;
 
+// What a file calls an atom where it does not number it.
+struct AtomName {
+  std::string chain;  // as AtomSite::chain_name
+  std::int32_t number = 0;
+  char insertion_code = ' ';
+  std::string name;
+
+  bool is_of(const AtomSite& site) const {
+    return number == site.number && insertion_code == site.insertion_code && name == site.name &&
+           chain == site.chain_name;
+  }
+};
+
+// Covalent bonds besides those along a polymer, such as the one that closes a cyclic peptide.
+using Links = std::vector<std::pair<AtomName, AtomName>>;
+
 // All atoms of one model or frame that matter for a trace, in file order.
 struct Model {
   std::int64_t number = 1;
@@ -48,6 +64,7 @@ struct Model {
   std::size_t size = 0;  // number of all atoms
   Cell cell;
   const Bonds* bonds = nullptr;  // between serial numbers; null for none
+  const Links* links = nullptr;  // null for none
   std::optional<double> time = {};
   std::optional<std::int64_t> step = {};
 };

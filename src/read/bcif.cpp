@@ -10,6 +10,7 @@
 #include <memory>
 #include <utility>
 
+#include "read/cif_links.hpp"
 #include "read/cif_table.hpp"
 #include "read/message_pack.hpp"
 #include "read/text.hpp"
@@ -286,10 +287,13 @@ CifBlock read_bcif(std::string_view bytes, const std::string& file, const CifCol
   const Decoder decoder(file);
   for (const Packed& block : packed["dataBlocks"].items) {
     TableReader reader(decoder, file);
-    std::array<BinaryTable, 5> tables = {
-        reader.table(block, "_atom_site", wanted), reader.table(block, "_entity", {"id", "type"}),
-        reader.table(block, "_struct_asym", {"id", "entity_id"}), reader.table(block, "_cell", {}),
-        reader.table(block, "_ma_qa_metric", {"mode", "type"})};
+    std::array<BinaryTable, 6> tables = {
+        reader.table(block, "_atom_site", wanted),
+        reader.table(block, "_entity", {"id", "type"}),
+        reader.table(block, "_struct_asym", {"id", "entity_id"}),
+        reader.table(block, "_cell", {}),
+        reader.table(block, "_ma_qa_metric", {"mode", "type"}),
+        reader.table(block, "_struct_conn", {kLinkTags.begin(), kLinkTags.end()})};
     const std::vector<std::string>& tags = tables[0].tags;
     if (std::find(tags.begin(), tags.end(), "cartn_x") == tags.end()) continue;
     // The words have their places now that all of them are there.
@@ -297,7 +301,7 @@ CifBlock read_bcif(std::string_view bytes, const std::string& file, const CifCol
     const auto made = [&](std::size_t i) {
       return CifTable(std::move(tables[i].tags), held, std::move(tables[i].values), 0, 0);
     };
-    return {made(0), made(1), made(2), made(3), made(4), reader.held()};
+    return {made(0), made(1), made(2), made(3), made(4), made(5), reader.held()};
   }
   fail_at(file, 0, "no _atom_site.Cartn_x: this BinaryCIF holds no atoms of a structure");
 }

@@ -81,16 +81,16 @@ CifBlock read_cif_document(std::string_view text, const std::string& file) {
   for (const cif::Block& block : document.blocks) {
     if (!block.has_tag("_atom_site.Cartn_x")) continue;
     const auto held = std::make_shared<HeldValues>();
-    std::array<TableParts, 5> parts;
-    const std::array<const char*, 5> categories = {"_atom_site.", "_entity.", "_struct_asym.",
-                                                   "_cell.", "_ma_qa_metric."};
+    std::array<TableParts, 6> parts;
+    const std::array<const char*, 6> categories = {
+        "_atom_site.", "_entity.", "_struct_asym.", "_cell.", "_ma_qa_metric.", "_struct_conn."};
     for (std::size_t i = 0; i < parts.size(); ++i) parts[i] = parts_of(block, categories[i], *held);
     const auto table = [&](std::size_t i) {
       TableParts& part = parts[i];
       return CifTable(std::move(part.tags), held->text.data(), std::move(part.values), part.line,
                       part.width);
     };
-    return {table(0), table(1), table(2), table(3), table(4), held};
+    return {table(0), table(1), table(2), table(3), table(4), table(5), held};
   }
   fail_at(file, 0,
           "no _atom_site.Cartn_x: this CIF holds no atoms of a structure; give an mmCIF "

@@ -260,7 +260,8 @@ class CifScanner {
                     {"_entity."},
                     {"_struct_asym."},
                     {"_cell."},
-                    {"_ma_qa_metric."}}};
+                    {"_ma_qa_metric."},
+                    {"_struct_conn."}}};
     return true;
   }
 
@@ -401,7 +402,7 @@ class CifScanner {
             category.width};
   }
 
-  CifBlock block() { return {table(0), table(1), table(2), table(3), table(4), nullptr}; }
+  CifBlock block() { return {table(0), table(1), table(2), table(3), table(4), table(5), nullptr}; }
 
   std::string_view text_;
   WordScanner words_;
@@ -409,7 +410,7 @@ class CifScanner {
   NamesSeen blocks_;
   NamesSeen seen_;  // tags of this block
   bool has_atoms_ = false;
-  std::array<Category, 5> categories_{};
+  std::array<Category, 6> categories_{};
   std::optional<CifBlock> found_;
 };
 

@@ -81,6 +81,7 @@ struct CifBlock {
   CifTable struct_asym;
   CifTable cell;
   CifTable qa_metric;
+  CifTable struct_conn;
   std::shared_ptr<const void> owner;  // of values that are not in the text itself
 };
 

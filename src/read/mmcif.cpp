@@ -3,6 +3,7 @@
 #include <cmath>
 #include <map>
 
+#include "read/cif_links.hpp"
 #include "read/cif_table.hpp"
 #include "read/parsers.hpp"
 #include "read/text.hpp"
@@ -107,7 +108,8 @@ class AtomRows {
         text_(text),
         file_(file),
         cell_(cell_in(block.cell)),
-        label_(numbering == Numbering::kLabel) {
+        label_(numbering == Numbering::kLabel),
+        links_(links_in(block.struct_conn, numbering)) {
     is_predicted_ = has_plddt(block.qa_metric);
     for (std::size_t i = 0; i < kColumns; ++i) columns_[i] = table_.column(kTags[i]);
     if (table_.rows() == 0) fail("_atom_site has no rows; give a file with atoms");
@@ -122,7 +124,7 @@ class AtomRows {
       numbers_polymers_ = numbers_polymers_ || has(kLabelNumber);
   }
 
-  // The models in the order in which they begin.
+  // The models in the order in which they begin; they refer to the links of these rows.
   std::vector<Model> models(const ChosenAtoms& chosen) {
     std::vector<Model> models;
     std::map<std::string_view, std::size_t> places;
@@ -164,6 +166,7 @@ class AtomRows {
     Model& model = models.emplace_back();
     model.number = integer(number, "model number");
     model.cell = cell_;
+    model.links = &links_;
   }
 
   [[noreturn]] void fail(const std::string& what) const { fail_at(file_, table_.line(), what); }
@@ -285,6 +288,7 @@ class AtomRows {
   const std::string& file_;
   Cell cell_;
   bool label_;
+  Links links_;
   bool numbers_polymers_ = false;
   bool is_predicted_ = false;
   bool asked_ = false;  // about the polymer of the last row, which is mostly that of the next

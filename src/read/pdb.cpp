@@ -19,14 +19,21 @@ bool begins(std::string_view line, std::string_view record) {
   return line.substr(0, record.size()) == record;
 }
 
+// The character in a column, counted from 1; nothing behind the line's end.
+std::string_view letter(std::string_view line, std::size_t column) {
+  return columns(line, column, column);
+}
+
+bool is_digit(std::string_view text) { return !text.empty() && text[0] >= '0' && text[0] <= '9'; }
+
 bool is_atom(std::string_view line) {
   if (begins(line, "HETATM")) return true;
-  const char next = line.size() > 4 ? line[4] : '?';
-  return begins(line, "ATOM") && (next == ' ' || (next >= '0' && next <= '9'));
+  return begins(line, "ATOM") && (letter(line, 5) == " " || is_digit(letter(line, 5)));
 }
 
 bool is_record(std::string_view line, std::string_view name) {
-  return begins(line, name) && (line.size() == name.size() || line[name.size()] == ' ');
+  const std::string_view next = letter(line, name.size() + 1);
+  return begins(line, name) && (next.empty() || next == " ");
 }
 
 // Four characters in base 36, where "A000" follows 9999 and "a000" follows "ZZZZ".
@@ -50,19 +57,19 @@ std::optional<std::int32_t> hybrid36(std::string_view text) {
   return value - kFirst + 10000 + (upper ? 0 : kUpperCount);
 }
 
-void read_residue_number(AtomSite& site, const Lines& lines) {
-  const std::string_view line = lines.line();
-  const std::string_view code = columns(line, 27, 27);
-  const bool fifth_digit = !code.empty() && code[0] >= '0' && code[0] <= '9';
-  const std::string_view field = trimmed(columns(line, 23, fifth_digit ? 27 : 26));
+std::string_view number_field(std::string_view line) {
+  return trimmed(columns(line, 23, is_digit(letter(line, 27)) ? 27 : 26));
+}
+
+// False where the columns hold none.
+bool read_residue_number(AtomSite& site, std::string_view line) {
+  const std::string_view field = number_field(line);
   std::optional<std::int32_t> number = to_int32(field);
   if (!number) number = hybrid36(field);
-  if (!number) {
-    lines.fail("columns 23-26 hold " + in_quotes(field) +
-               " where the residue number belongs; write the line in PDB columns");
-  }
-  site.number = *number;
-  site.insertion_code = fifth_digit || code.empty() ? ' ' : code[0];
+  site.number = number.value_or(0);
+  const std::string_view code = letter(line, 27);
+  site.insertion_code = code.empty() || is_digit(code) ? ' ' : code.front();
+  return number.has_value();
 }
 
 // Column 21 belongs to the residue's name or to the chain's: to the chain's only if columns 18-20
@@ -129,7 +136,10 @@ AtomSite read_atom(const Lines& lines) {
   site.padded_name = line[12] == ' ';
   site.altloc = line[16];
   read_names(site, line);
-  read_residue_number(site, lines);
+  if (!read_residue_number(site, line)) {
+    lines.fail("columns 23-26 hold " + in_quotes(number_field(line)) +
+               " where the residue number belongs; write the line in PDB columns");
+  }
   site.position = {read_coordinate(lines, 31, 'x'), read_coordinate(lines, 39, 'y'),
                    read_coordinate(lines, 47, 'z')};
   site.occupancy = read_occupancy(lines);
@@ -145,6 +155,22 @@ void add_bonds(std::string_view line, Bonds& bonds) {
     const std::optional<std::int32_t> to = to_int32(trimmed(columns(line, first, first + 4)));
     if (to) bonds.insert(std::minmax(*from, *to));
   }
+}
+
+// Adds the bond of a LINK record, whose columns 13-27 name an atom as its own line does, and 43-57
+// the other. A bond to an atom's image by symmetry closes no ring.
+void add_link(std::string_view line, Links& links) {
+  const auto atom = [](std::string_view named) -> std::optional<AtomName> {
+    AtomSite site;
+    read_names(site, named);
+    if (!read_residue_number(site, named)) return {};
+    return AtomName{site.chain_name, site.number, site.insertion_code,
+                    std::string(trimmed(columns(named, 13, 16)))};
+  };
+  const auto one = atom(line);
+  const auto other = atom(columns(line, 31, 57));
+  if (one && other && trimmed(columns(line, 60, 65)) == trimmed(columns(line, 67, 72)))
+    links.emplace_back(*one, *other);
 }
 
 // No cell where the record holds no numbers of one.
@@ -204,6 +230,8 @@ class PdbParser {
       step_ = integer_after(line, "step=");
     } else if (is_record(line, "CRYST1")) {
       cell_ = read_cell(line);
+    } else if (is_record(line, "LINK")) {
+      add_link(line, links_);
     } else if (is_record(line, "MODEL")) {
       end_model();
       in_model_ = true;
@@ -228,6 +256,7 @@ class PdbParser {
       time_.reset();
       step_.reset();
       model_.bonds = bonds_ == nullptr ? &own_bonds_ : bonds_;
+      model_.links = &links_;
       sink_(std::move(model_));
     }
     model_ = {};
@@ -270,6 +299,7 @@ class PdbParser {
   const ChosenAtoms& chosen_;
   const Bonds* bonds_;
   Bonds own_bonds_;
+  Links links_;  // which stand before the models
   const ModelSink& sink_;
   Model model_;
   Cell cell_;  // of this model and those after it, up to the next CRYST1 record

@@ -238,17 +238,25 @@ bool is_of_its_kind(const Polymer& polymer, Slot trace) {
          !bonds_vary(lengths, preprocess::median_bond(lengths));
 }
 
+// Whether the file has a bond between the atoms, by their numbers or by their names.
+bool has_bond(const Model& model, const AtomSite& a, const AtomSite& b) {
+  const bool numbered = model.bonds != nullptr && a.serial != 0 && b.serial != 0;
+  if (numbered && model.bonds->contains(std::minmax(a.serial, b.serial))) return true;
+  const auto joins = [&a, &b](const auto& link) {
+    return (link.first.is_of(a) && link.second.is_of(b)) ||
+           (link.first.is_of(b) && link.second.is_of(a));
+  };
+  return model.links != nullptr && std::any_of(model.links->begin(), model.links->end(), joins);
+}
+
 // True where the file has a bond between the first and the last residue.
-bool are_ends_bonded(const Polymer& polymer, const Bonds& bonds) {
-  if (bonds.empty() || polymer.records.size() < 3) return false;
+bool are_ends_bonded(const Polymer& polymer, const Model& model) {
+  if (polymer.records.size() < 3) return false;
   const Record& first = *polymer.records.front();
   const Record& last = *polymer.records.back();
-  for (const AtomSite* a : first.atoms) {
-    for (const AtomSite* b : last.atoms) {
-      if (a == nullptr || b == nullptr || a->serial == 0 || b->serial == 0) continue;
-      if (bonds.contains(std::minmax(a->serial, b->serial))) return true;
-    }
-  }
+  for (const AtomSite* a : first.atoms)
+    for (const AtomSite* b : last.atoms)
+      if (a != nullptr && b != nullptr && has_bond(model, *a, *b)) return true;
   return false;
 }
 
@@ -273,7 +281,7 @@ RawChain chain_of(const Strand& strand, const Model& model, const ChosenAtoms& c
   }
   RawChain raw;
   raw.beads = !polymer.has_monomers || chosen.all();
-  raw.ends_bonded = model.bonds != nullptr && are_ends_bonded(polymer, *model.bonds);
+  raw.ends_bonded = are_ends_bonded(polymer, model);
   Chain& chain = raw.chain;
   chain.name = strand.name;
   const auto add = [&](const AtomSite& site) {

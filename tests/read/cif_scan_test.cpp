@@ -51,6 +51,7 @@ void expect_same(const CifBlock& scanned, const CifBlock& whole, const std::stri
   expect_same(scanned.struct_asym, whole.struct_asym, {"id", "entity_id"}, text);
   expect_same(scanned.cell, whole.cell, {"length_a", "angle_gamma"}, text);
   expect_same(scanned.qa_metric, whole.qa_metric, {"mode", "type"}, text);
+  expect_same(scanned.struct_conn, whole.struct_conn, {"conn_type_id", "ptnr1_auth_seq_id"}, text);
 }
 
 // True where the scanner gives an answer; it must be right then.
