@@ -225,8 +225,11 @@ void add_fingerprint_options(Command& command, FingerprintChoice& choice,
                      "Residues from one end of a sub-chain to the next",
                      within(1, std::numeric_limits<int>::max())));
   command.add(noting(sampling_option(options.sampling), sampled));
-  command.add(memory(options.most_memory,
-                     "Most memory for the votes; a chain that needs more\nis refused", "4G"));
+  command.add(
+      memory(options.most_memory,
+             "Most memory for the whole run, but no less than 64M;\na chain whose votes need "
+             "more is refused",
+             "4G"));
 }
 
 Fingerprint fingerprint_of(const Chain& chain, const FingerprintChoice& choice, Run run,

@@ -7,6 +7,7 @@
 #include "commands.hpp"
 #include "engine_options.hpp"
 #include "korvex/report.hpp"
+#include "memory_limit.hpp"
 #include "one_chain.hpp"
 #include "options.hpp"
 #include "progress.hpp"
@@ -29,6 +30,7 @@ struct FingerprintArguments {
 };
 
 Exit run_fingerprint(const FingerprintArguments& options) {
+  limit_memory(options.fingerprint.options.most_memory, options.run.threads);
   const ReportFormat format =
       format_for(options.format, options.output, kFingerprintFormats, ReportFormat::kMatrix);
   return write_about_one_chain(

@@ -12,6 +12,7 @@
 #include "engine_options.hpp"
 #include "job.hpp"
 #include "korvex/report.hpp"
+#include "memory_limit.hpp"
 #include "options.hpp"
 
 namespace korvex::cli {
@@ -32,6 +33,7 @@ struct LocateArguments {
 };
 
 Exit run_locate(const LocateArguments& options) {
+  limit_memory(options.fingerprint.options.most_memory, options.run.threads);
   LocationReport report(options.format, std::cout);
   Job job(options.files, options.read, options.run);
   const Exit exit = job.answer_each([&](const Chain& chain, const Run& run) -> Delivery {

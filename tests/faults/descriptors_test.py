@@ -3,11 +3,14 @@
 
 usage: descriptors_test.py KORVEX FAILING_CALLS
 """
+import gzip
+import io
 import itertools
 import os
 import resource
 import signal
 import subprocess
+import tarfile
 import threading
 import unittest
 
@@ -109,6 +112,61 @@ class Pipes(Faults):
                 os.close(writing)
                 self.assertEqual(result.returncode, SOME_INPUTS_FAILED)
                 self.assert_one_line(result.stderr, b"Broken pipe")
+
+
+class ManyInputs(Faults):
+    COPIES = 12  # of every kind of input, each of which opens one descriptor or more
+    MOST = 20
+
+    def archive(self, name, members):
+        with tarfile.open(self.path(name), "w:gz" if name.endswith("gz") else "w") as archive:
+            for member, content in members.items():
+                about = tarfile.TarInfo(member)
+                about.size = len(content)
+                archive.addfile(about, io.BytesIO(content))
+
+    def inputs(self):
+        """Small files, and such as are read in pieces and twice; sound ones and others."""
+        line = b"ATOM  %5d  CA  ALA A%4d    %8.3f%8.3f%8.3f  1.00  0.00\n"
+        sound = b"".join(line % (i, i, 3.8 * i, i % 2, 0) for i in range(1, 6))
+        broken = sound + b"ATOM      7  CA  ALA A   7    nowhere\n"
+        water = b"HETATM    9  O   HOH W   9       0.000   0.000   0.000  1.00  0.00\n"
+        padding = water * ((5 << 18) // len(water))
+        contents = {
+            "sound.pdb": sound, "broken.pdb": broken, "empty.pdb": b"", "binary.pdb": b"\x7fELF\0\1",
+            "long.pdb": padding + sound, "long_broken.pdb": padding + broken,
+            "sound.pdb.gz": gzip.compress(sound), "cut.pdb.gz": gzip.compress(sound)[:-12],
+            "twice.pdb.gz": gzip.compress(gzip.compress(sound)),
+            "long.pdb.gz": gzip.compress(padding + sound),
+            "long_cut.pdb.gz": gzip.compress(padding + sound)[:-12],
+        }
+        for name, content in contents.items():
+            self.write(name, content)
+        os.mkdir(self.path("folder"))
+        self.write("folder/sound.pdb", sound)
+        self.write("folder/broken.pdb", broken)
+        members = {"a.pdb": sound, "b.pdb": broken, "c.pdb.gz": contents["sound.pdb.gz"]}
+        self.archive("members.tar", members)
+        self.archive("members.tar.gz", members)
+        self.write("cut.tar", self.content("members.tar")[:700])
+        self.write("cut.tar.gz", self.content("members.tar.gz")[:-30])
+        return [*contents, "folder", "missing.pdb", "members.tar", "members.tar.gz", "cut.tar", "cut.tar.gz"]
+
+    def test_leave_no_descriptor_open(self):
+        names = self.inputs() * self.COPIES
+
+        def limit():
+            resource.setrlimit(resource.RLIMIT_NOFILE, (self.MOST, self.MOST))
+
+        arguments = ["knot", "--closure", "direct", "--threads", "1", *names]
+        whole = self.korvex(*arguments)
+        self.assertEqual(whole.returncode, SOME_INPUTS_FAILED)
+        self.assertGreater(whole.stdout.count(b"0_1"), 8 * self.COPIES)
+        self.assertGreater(whole.stderr.count(b"\nkorvex: "), 8 * self.COPIES)
+        self.assertNotIn(b"Too many open files", whole.stderr)
+        limited = self.korvex(*arguments, preexec_fn=limit)
+        self.assertEqual((limited.stdout, limited.stderr), (whole.stdout, whole.stderr))
+        self.assertEqual(limited.returncode, SOME_INPUTS_FAILED)
 
 
 class FullDisk(Faults):

@@ -74,5 +74,47 @@ class LimitedAddressSpace(Faults):
         )
 
 
+class LimitOfTheRun(Faults):
+    """What --memory gives is all that a run takes, but for what every run may take."""
+
+    def expect_bound(self, *command, output=None):
+        """Runs whose reading takes most of the memory, with less and more of it."""
+        line = "ATOM      1  CA  ALA {}{:4d}    {:8.3f}{:8.3f}{:8.3f}  1.00  0.00\n".format
+        few = "".join(line("A", i, 3.8 * i, i % 2, 0) for i in range(9))
+        many = "".join(line("B", i % 10000, 3.8 * (i % 1000), i / 1000, 0) for i in range(200_000))
+        self.write("large.pdb", (few + "TER\n" + many).encode())
+        whole = self.korvex(*command)
+        self.assertEqual(whole.returncode, DONE, whole.stderr)
+        content = self.content(output) if output else b""
+        statuses = collections.Counter()
+        for mebibytes in 1, 64, 90, 120, 1000:
+            with self.subTest(command=command, mebibytes=mebibytes):
+                if output:
+                    self.write(output, b"before")
+                result = self.korvex(*command, "--memory", f"{mebibytes}M")
+                statuses[result.returncode] += 1
+                if result.returncode == DONE:
+                    self.assertEqual((result.stdout, result.stderr), (whole.stdout, whole.stderr))
+                    if output:
+                        self.assertEqual(self.content(output), content)
+                    continue
+                self.assertEqual(result.returncode, INTERNAL)
+                self.assert_one_line(result.stderr, b"memory")
+                self.assertEqual(result.stdout, b"")
+                if output:
+                    self.assertEqual(self.content(output), b"before")
+        self.assertGreater(statuses[DONE], 0, statuses)
+        self.assertGreater(statuses[INTERNAL], 0, statuses)
+
+    def test_holds_what_is_read(self):
+        self.expect_bound("locate", "large.pdb", "--chain", "A", "--threads", "1")
+        self.expect_bound("fingerprint", "large.pdb", "--chain", "A", "--threads", "1",
+                          "-o", "out.npz", output="out.npz")
+
+    def test_leaves_small_runs_alone(self):
+        command = ["locate", PROTEIN, "--directions", "1", "--threads", "8"]
+        self.assertEqual(self.korvex(*command, "--memory", "1M").stdout, self.korvex(*command).stdout)
+
+
 if __name__ == "__main__":
     unittest.main()
