@@ -195,20 +195,15 @@ Bend bend_at(const Triangle& triangle) {
   return lies_between(a, b, c) ? Bend::kStraight : Bend::kSpike;
 }
 
-bool may_pierce(const Line& line, const Point& p, const Point& q, const Point& r, double extent) {
-  if (line.from == p || line.to == p)
-    return may_run_inside(p, q, r, line.from == p ? line.to : line.from, extent);
-  if (line.from == r || line.to == r)
-    return may_run_inside(r, p, q, line.from == r ? line.to : line.from, extent);
-  const double error = 32 * kEpsilon * extent * extent * extent;
-  const double begin = volume(p, q, r, line.from);
-  const double end = volume(p, q, r, line.to);
-  if ((begin > error && end > error) || (begin < -error && end < -error)) return false;
-  const double about_pq = volume(line.from, line.to, p, q);
-  const double about_qr = volume(line.from, line.to, q, r);
-  const double about_rp = volume(line.from, line.to, r, p);
-  const bool some_positive = about_pq > error || about_qr > error || about_rp > error;
-  const bool some_negative = about_pq < -error || about_qr < -error || about_rp < -error;
+bool PiercedTriangle::may_be_across(const Line& line) const {
+  const auto& [from, to] = line;
+  if (from == p_ || to == p_) return may_run_inside(p_, q_, r_, from == p_ ? to : from, extent_);
+  if (from == r_ || to == r_) return may_run_inside(r_, p_, q_, from == r_ ? to : from, extent_);
+  const double about_pq = volume(from, to, p_, q_);
+  const double about_qr = volume(from, to, q_, r_);
+  const double about_rp = volume(from, to, r_, p_);
+  const bool some_positive = about_pq > error_ || about_qr > error_ || about_rp > error_;
+  const bool some_negative = about_pq < -error_ || about_qr < -error_ || about_rp < -error_;
   return !(some_positive && some_negative);
 }
 

@@ -22,7 +22,7 @@
 //    and is_clear() only where bend_at() is kProper.
 // 7. bend_at() is exact: points that only look collinear are not taken for it.
 //
-// may_pierce() asks the same with a bound that all questions of a chain share.
+// PiercedTriangle::may_be_by() asks the same with a bound that all questions of a chain share.
 //
 // 8. It is false only if the line certainly has no point in common with the triangle but its first
 //    and third corner, or the end that they share. A line that ends in the second corner pierces.
@@ -123,9 +123,37 @@ struct Line {
   Point to;
 };
 
-// Whether `line` may pierce the triangle (p, q, r) of a chain's neighbours. `extent` bounds the
-// distance of any two of the five points.
-bool may_pierce(const Line& line, const Point& p, const Point& q, const Point& r, double extent);
+// The triangle (p, q, r) of a chain's neighbours, for questions about many lines. `extent` bounds
+// the distance of any two of the triangle's and the lines' points.
+class PiercedTriangle {
+ public:
+  PiercedTriangle(const Point& p, const Point& q, const Point& r, double extent)
+      : p_(p),
+        q_(q),
+        r_(r),
+        normal_(cross(q - p, r - p)),
+        extent_(extent),
+        error_(32 * std::numeric_limits<double>::epsilon() * extent * extent * extent) {}
+
+  // Whether the line may pierce it.
+  bool may_be_by(const Line& line) const {
+    const double begin = dot(normal_, line.from - p_);
+    const double end = dot(normal_, line.to - p_);
+    // Ends in corners have no height beyond the error.
+    if ((begin > error_ && end > error_) || (begin < -error_ && end < -error_)) return false;
+    return may_be_across(line);
+  }
+
+ private:
+  bool may_be_across(const Line& line) const;
+
+  Point p_;
+  Point q_;
+  Point r_;
+  Point normal_;
+  double extent_;
+  double error_;  // of a height, or a volume
+};
 
 // Twice the area of a triangle in the plane and a bound on what rounding did to it.
 struct Turn {

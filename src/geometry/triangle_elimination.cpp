@@ -41,12 +41,13 @@ class TriangleElimination {
       points_.push_back(scale * p);
       include(all, points_.back());
     }
+    obstacles_.reserve(obstacles.size());
     for (const Line& line : obstacles) {
-      const Line scaled{scale * line.from, scale * line.to};
-      include(all, scaled.from);
-      include(all, scaled.to);
-      obstacles_.push_back({scaled, box_of({scaled.from, scaled.to})});
+      obstacles_.push_back({scale * line.from, scale * line.to});
+      include(all, obstacles_.back().from);
+      include(all, obstacles_.back().to);
     }
+    lay(obstacle_tree_, obstacles_);
     if (points.empty()) return;
     extent_ = norm({all.high[0] - all.low[0], all.high[1] - all.low[1], all.high[2] - all.low[2]});
   }
@@ -62,10 +63,9 @@ class TriangleElimination {
   }
 
  private:
-  struct Obstacle {
-    Line line;
-    SegmentBox box;
-  };
+  static void lay(SegmentTree& tree, const std::vector<Line>& lines) {
+    tree.assign(lines.size(), [&](std::size_t k) { return box_of({lines[k].from, lines[k].to}); });
+  }
 
   const Point& point(std::size_t place) const {
     return points_[static_cast<std::size_t>(kept_[place])];
@@ -75,11 +75,9 @@ class TriangleElimination {
   void lay_segments() {
     const std::size_t count = kept_.size() - (ring_ ? 0 : 1);
     segments_.clear();
-    tree_ = SegmentTree(count);
-    for (std::size_t k = 0; k < count; ++k) {
+    for (std::size_t k = 0; k < count; ++k)
       segments_.push_back({point(k), point(k + 1 < kept_.size() ? k + 1 : 0)});
-      tree_.set(k, box_of({segments_[k].from, segments_[k].to}));
-    }
+    lay(tree_, segments_);
   }
 
   void pass() {
@@ -116,6 +114,7 @@ class TriangleElimination {
     const Point& q = segments_[before].to;
     const Point& r = segments_[after].to;
     const SegmentBox box = box_of({p, q, r});
+    const PiercedTriangle triangle(p, q, r, extent_);
     // What lies close by along the chain is most likely in the way.
     constexpr std::size_t kClose = 32;
     const std::size_t close_begin = before - std::min(before, kClose);
@@ -125,14 +124,16 @@ class TriangleElimination {
       tree_.find(box, begin, end, found_);
       return std::any_of(found_.begin(), found_.end(), [&](std::int32_t number) {
         const auto k = static_cast<std::size_t>(number);
-        return k != before && k != after && may_pierce(segments_[k], p, q, r, extent_);
+        return k != before && k != after && triangle.may_be_by(segments_[k]);
       });
     };
     if (is_pierced(close_begin, close_end) || is_pierced(0, close_begin) ||
         is_pierced(close_end, segments_.size()))
       return false;
-    return std::none_of(obstacles_.begin(), obstacles_.end(), [&](const Obstacle& obstacle) {
-      return obstacle.box.meets(box) && may_pierce(obstacle.line, p, q, r, extent_);
+    found_.clear();
+    obstacle_tree_.find(box, 0, obstacles_.size(), found_);
+    return std::none_of(found_.begin(), found_.end(), [&](std::int32_t number) {
+      return triangle.may_be_by(obstacles_[static_cast<std::size_t>(number)]);
     });
   }
 
@@ -140,7 +141,8 @@ class TriangleElimination {
   const bool ring_;
   const BeforeEach& before_each_;
   std::vector<std::int32_t> kept_;
-  std::vector<Obstacle> obstacles_;
+  std::vector<Line> obstacles_;  // scaled, too
+  SegmentTree obstacle_tree_;    // of their boxes
   double extent_ = 0;
   std::vector<Line> segments_;
   SegmentTree tree_;  // of the boxes of segments

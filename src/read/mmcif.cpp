@@ -97,6 +97,14 @@ bool has_plddt(const CifTable& metrics) {
   return false;
 }
 
+// As == of words that are short and mostly the same, where a call would cost more than it does.
+bool are_same(std::string_view a, std::string_view b) {
+  if (a.size() != b.size()) return false;
+  for (std::size_t i = 0; i < a.size(); ++i)
+    if (a[i] != b[i]) return false;
+  return true;
+}
+
 // Goes through the rows of _atom_site.
 class AtomRows {
  public:
@@ -131,13 +139,14 @@ class AtomRows {
     std::string_view last;
     std::size_t place = 0;
     for (row_ = 0; row_ < table_.rows(); ++row_) {
-      const std::string_view number = has(kModel) ? text(kModel) : "1";
-      if (number != last || models.empty()) {
+      const std::string_view written = columns_[kModel] ? raw(kModel) : "1";
+      if (models.empty() || !are_same(written, last)) {
+        const std::string_view number = has(kModel) ? text(kModel) : "1";
         const auto [found, is_new] = places.try_emplace(number, models.size());
         if (is_new) begin_model(models, number);
         // About half the atoms of a protein matter.
         if (models.size() == 1) models.front().atoms.reserve(table_.rows() / 2 + 1);
-        last = number;
+        last = written;
         place = found->second;
       }
       const std::size_t atom = models[place].size++;
@@ -182,6 +191,9 @@ class AtomRows {
     fail(std::string("_atom_site has no column ") + kTags[one] + "; write the file with it");
   }
 
+  // Of the column, which must be there.
+  std::string_view raw(Column column) const { return table_.raw(row_, *columns_[column]); }
+
   bool has(Column column) const { return columns_[column] && table_.has(row_, *columns_[column]); }
 
   // Empty where there is none.
@@ -213,9 +225,9 @@ class AtomRows {
 
   double number(Column column, const char* what) const {
     double value = 0;
-    if (short_decimal(table_.raw(row_, *columns_[column]), value)) return value;
+    if (short_decimal(raw(column), value)) return value;
     value = table_.number(row_, *columns_[column]);
-    if (!std::isfinite(value)) fail_row(table_.raw(row_, *columns_[column]), what);
+    if (!std::isfinite(value)) fail_row(raw(column), what);
     return value;
   }
 
@@ -223,7 +235,7 @@ class AtomRows {
   std::optional<bool> is_polymer() {
     const std::string_view entity = text(kEntity);
     const std::string_view asym = text(kLabelChain);
-    if (entity != last_entity_ || asym != last_asym_ || !asked_) {
+    if (!asked_ || !are_same(entity, last_entity_) || !are_same(asym, last_asym_)) {
       last_answer_ = polymers_.ask(entity, asym);
       last_entity_ = entity;
       last_asym_ = asym;
@@ -245,8 +257,8 @@ class AtomRows {
                       number(kZ, "z coordinate")};
     if (!columns_[kOccupancy]) return place;
     // Most atoms have the occupancy of the one before.
-    const std::string_view occupancy = table_.raw(row_, *columns_[kOccupancy]);
-    if (occupancy != last_occupancy_) {
+    const std::string_view occupancy = raw(kOccupancy);
+    if (!are_same(occupancy, last_occupancy_)) {
       last_occupancy_ = occupancy;
       occupancy_ = has(kOccupancy) ? number(kOccupancy, "occupancy") : 1;
     }

@@ -42,12 +42,18 @@ bool is_calcium(const AtomSite& site) {
 // The slots that an atom fills: at most one by its own name, and the chosen one.
 std::array<bool, kSlots> slots_of(const AtomSite& site, const ChosenAtoms& chosen) {
   std::array<bool, kSlots> fills{};
-  fills[kCa] = site.name == "CA" && !is_calcium(site);
-  fills[kP] = site.name == "P";
-  fills[kN] = site.name == "N";
-  fills[kC] = site.name == "C";
-  fills[kO3] = site.name == "O3'" || site.name == "O3*";
-  fills[kChosen] = chosen.has(site.name) && (chosen.all() || site.name != "CA" || fills[kCa]);
+  const std::string_view name = site.name;
+  if (name.size() == 1) {
+    fills[kP] = name[0] == 'P';
+    fills[kN] = name[0] == 'N';
+    fills[kC] = name[0] == 'C';
+  } else if (name.size() == 2) {
+    fills[kCa] = name == "CA" && !is_calcium(site);
+  } else {
+    fills[kO3] = name == "O3'" || name == "O3*";
+  }
+  fills[kChosen] =
+      !chosen.empty() && chosen.has(site.name) && (chosen.all() || site.name != "CA" || fills[kCa]);
   return fills;
 }
 
@@ -73,7 +79,7 @@ class Sorter {
 
  private:
   Record* record_for(const AtomSite& site, const std::array<bool, kSlots>& fills) {
-    if (fills == std::array<bool, kSlots>{}) return nullptr;
+    if (std::none_of(fills.begin(), fills.end(), [](bool f) { return f; })) return nullptr;
     // Nearly all atoms are of the chain, and most of the residue, of the one before.
     if (last_ == current_.end() || last_->first != site.chain) {
       bool is_new = false;

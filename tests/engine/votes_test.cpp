@@ -144,7 +144,8 @@ TEST(Vote, DoesNotDependOnHowDirectionsShareTheReduction) {
           .closure = closure, .trials = trials, .tolerance = 0.1, .most_trials = 300};
       const Votes usual = votes_of(chain, options);
       for (const Sharing& sharing :
-           {Sharing{.batch = 1}, Sharing{.batch = 7, .fewest_points = 0}, Sharing{.batch = 1000}}) {
+           {Sharing{.batch = 1}, Sharing{.batch = 7, .fewest_points = 0}, Sharing{.batch = 1000},
+            Sharing{.batch = 7, .closest = 3}, kCloseSharing}) {
         const Votes votes = vote_with(NamedDiagrams(key_name), chain, options, {}, sharing);
         ASSERT_EQ(votes.trials, usual.trials);
         ASSERT_EQ(votes.types.size(), usual.types.size());

@@ -14,10 +14,11 @@ std::vector<Point> reduced_for(std::span<const Ends> ends, std::span<const Point
   const double away = 4 * reach_of(chain);
   std::vector<Line> rays;
   rays.reserve(2 * ends.size());
-  for (const Ends& directions : ends) {
+  // Those of one end together, since a search for what is near takes them in blocks.
+  for (const Ends& directions : ends)
     rays.push_back({chain.front(), chain.front() + away * directions.first});
+  for (const Ends& directions : ends)
     rays.push_back({chain.back(), chain.back() + away * directions.last});
-  }
   std::vector<Point> chosen;
   for (const std::int32_t index : eliminate_open(chain, rays, [&run] { throw_if_cancelled(run); }))
     chosen.push_back(chain[static_cast<std::size_t>(index)]);

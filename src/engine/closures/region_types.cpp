@@ -5,6 +5,7 @@
 #include <deque>
 #include <memory>
 
+#include "engine/closures/gathering.hpp"
 #include "engine/closures/reduced_chain.hpp"
 #include "engine/closures/votes.hpp"
 #include "engine/diagram/code_reduction.hpp"
@@ -58,32 +59,12 @@ class RegionTyping {
     std::vector<std::size_t> faces;
     for (std::size_t face = 0; face < inner_.size(); ++face)
       if (inner_[face] && inner_[face]->weighted >= kThin) faces.push_back(face);
-    gather(faces, kBatch);
+    gather_faces(faces, kBatch);
     return faces;
   }
 
-  // Halves the faces along the axis on which their directions spread most, down to batches.
-  void gather(std::span<std::size_t> faces, std::size_t batch) const {
-    if (faces.size() <= batch) return;
-    Point low = inner_[faces[0]]->at;
-    Point high = low;
-    for (const std::size_t face : faces) {
-      const Point& p = inner_[face]->at;
-      low = {std::min(low.x, p.x), std::min(low.y, p.y), std::min(low.z, p.z)};
-      high = {std::max(high.x, p.x), std::max(high.y, p.y), std::max(high.z, p.z)};
-    }
-    const Point spread = high - low;
-    const double most = std::max({spread.x, spread.y, spread.z});
-    const auto axis = most == spread.x ? &Point::x : most == spread.y ? &Point::y : &Point::z;
-    const std::size_t half = (faces.size() / batch + 1) / 2 * batch;
-    std::nth_element(faces.begin(), faces.begin() + static_cast<std::ptrdiff_t>(half), faces.end(),
-                     [&](std::size_t a, std::size_t b) {
-                       const double first = inner_[a]->at.*axis;
-                       const double second = inner_[b]->at.*axis;
-                       return first != second ? first < second : a < b;
-                     });
-    gather(faces.first(half), batch);
-    gather(faces.subspan(half), batch);
+  void gather_faces(std::span<std::size_t> faces, std::size_t batch) const {
+    gather(faces, batch, [this](std::size_t face) { return inner_[face]->at; });
   }
 
   void decide_wide(std::vector<std::size_t> faces) {
@@ -100,7 +81,7 @@ class RegionTyping {
       const std::size_t from = piece * kBatch;
       const auto own = std::span(faces).subspan(from, std::min(kBatch, faces.size() - from));
       const std::vector<Point> reduced = reduced_for(rays_of(own), shared, run_);
-      gather(own, kClosest);
+      gather_faces(own, kClosest);
       for (std::size_t begin = 0; begin < own.size(); begin += kClosest) {
         const auto closest = own.subspan(begin, std::min(kClosest, own.size() - begin));
         const std::vector<Point> further = reduced_for(rays_of(closest), reduced, run_);

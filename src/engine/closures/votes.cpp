@@ -5,6 +5,7 @@
 #include <string>
 #include <utility>
 
+#include "engine/closures/gathering.hpp"
 #include "engine/closures/reduced_chain.hpp"
 #include "engine/closures/tally.hpp"
 #include "engine/closures/votes.hpp"
@@ -117,7 +118,8 @@ class Voting {
   }
 
   void cast_block(std::size_t trials, std::size_t block, const Run& run) {
-    const auto ends = sampled_ends(options_.closure, options_.sampling, trials, run.seed, block);
+    auto ends = sampled_ends(options_.closure, options_.sampling, trials, run.seed, block);
+    if (sharing_.closest > 0) gather(std::span(ends), sharing_.batch, first_of);
     const bool worth =
         trials <= sharing_.most_directions && chain_.size() >= sharing_.fewest_points;
     const std::vector<Point> shared =
@@ -128,13 +130,24 @@ class Voting {
       const std::size_t from = piece * sharing_.batch;
       const auto own = std::span(ends).subspan(from, std::min(sharing_.batch, trials - from));
       const std::vector<Point> reduced = reduced_for(own, shared, run);
-      for (std::size_t k = 0; k < own.size(); ++k) {
-        throw_if_cancelled(run);
-        Worker& worker = *workers_[number];
-        worker.tally.add(type_of(own[k], reduced, worker, run), 1);
+      if (sharing_.closest == 0) return cast_each(own, reduced, *workers_[number], run);
+      gather(own, sharing_.closest, first_of);
+      for (std::size_t begin = 0; begin < own.size(); begin += sharing_.closest) {
+        const auto closest = own.subspan(begin, std::min(sharing_.closest, own.size() - begin));
+        cast_each(closest, reduced_for(closest, reduced, run), *workers_[number], run);
       }
     });
     for (const auto& worker : workers_) tally_.add(std::exchange(worker->tally, {}));
+  }
+
+  static const Point& first_of(const Ends& directions) { return directions.first; }
+
+  static void cast_each(std::span<const Ends> ends, std::span<const Point> chain, Worker& worker,
+                        const Run& run) {
+    for (const Ends& directions : ends) {
+      throw_if_cancelled(run);
+      worker.tally.add(type_of(directions, chain, worker, run), 1);
+    }
   }
 
   static DiagramType type_of(const Ends& ends, std::span<const Point> chain, Worker& worker,
@@ -179,6 +192,10 @@ Votes vote_with(const Identification& identify, std::span<const Point> chain,
 
 Votes vote(std::span<const Point> chain, const VoteOptions& options, const Run& run) {
   return vote_with(usual_identification(run), chain, options, run);
+}
+
+Votes vote_closely(std::span<const Point> chain, const VoteOptions& options, const Run& run) {
+  return vote_with(usual_identification(run), chain, options, run, kCloseSharing);
 }
 
 }  // namespace korvex

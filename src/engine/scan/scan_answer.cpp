@@ -3,10 +3,10 @@
 #include <new>
 #include <string_view>
 
+#include "engine/closures/votes.hpp"
 #include "engine/run/random.hpp"
 #include "korvex/closure_map.hpp"
 #include "korvex/error.hpp"
-#include "korvex/votes.hpp"
 
 namespace korvex {
 namespace {
@@ -36,7 +36,8 @@ void find_type(ScanAnswer& answer, const Chain& chain, const ScanOptions& option
   VoteOptions votes;
   votes.closure = chain.closed ? Closure::kRing : Closure::kRays;
   votes.trials = options.trials == 0 ? kUsualVotes : options.trials;
-  take(answer, vote(chain.points, votes, run));
+  // Of a line's answer the types alone are told, not what is left of the diagrams.
+  take(answer, vote_closely(chain.points, votes, run));
 }
 
 double share_of_knots(const ScanAnswer& answer) {
