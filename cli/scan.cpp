@@ -137,7 +137,8 @@ Command scan_command() {
                        "options, do the rest",
                .target = &plan.resume});
   command.add(shard_option(plan.shard));
-  command.add(number("--piece", options.piece, "COUNT", "Members of a source that make a piece",
+  command.add(number("--piece", options.piece, "COUNT",
+                     "Members of a source, or frames of a long trajectory,\nthat make a piece",
                      within(1, std::numeric_limits<int>::max())));
   command.add(number("--trials", options.trials, "COUNT",
                      "Closures to vote over; 0: exact shares, or where a\nchain has more than "

@@ -4,7 +4,7 @@
 // A scan fills a directory:
 // - scan.json: what is asked of which sources; other work is refused there
 // - parts/LOT/PIECE.tsv or .jsonl: the answers of one piece of the sources, so many members in a
-//   row, which appears whole or not at all
+//   row, or frames of a long trajectory, which appears whole or not at all
 // - pieces.json: how many pieces there are, once a scan has come to the end of the sources
 // - results.tsv or results.jsonl: all answers in order, from merge_scan()
 // The bytes of the results depend on sources and options alone: not on threads, on shards, or on
@@ -39,7 +39,7 @@ struct ScanOptions {
   std::size_t directions = 0;  // votes for every sub-chain; 0: exact up to 100 stations, else 100
   std::size_t step = 1;        // residues from station to station
   bool knotted_only = false;   // leaves out what is neither knotted, nor a slipknot, nor failed
-  std::size_t piece = 200;     // members that make a piece, at least 1
+  std::size_t piece = 200;     // members, or frames, that make a piece, at least 1
   ReportFormat format = ReportFormat::kTsv;  // or kJson: an object a line
 };
 

@@ -8,7 +8,9 @@
 //   .zip): every member, read in its place and never unpacked to disk; a folder may hold some;
 // - "@LIST": every name in the file LIST, one a line, which may be a file, a folder or an archive;
 // - "-": standard input, once;
-// - any other name: a file.
+// - any other name: a file. One of 1 MiB and more whose name is that of a trajectory (.xtc, .trr,
+//   .dcd, .lammpstrj, .xyz, .gro, also with .gz), and any of 64 MiB and more that is named itself,
+//   is taken frame by frame: see Lot::by_frames.
 #pragma once
 
 #include <cstddef>
@@ -23,7 +25,8 @@
 
 namespace korvex {
 
-// Where a member stands: the number of its lot and its own in it, 0-based.
+// Where a member stands: the number of its lot and its own in it, 0-based. In a lot by frames,
+// where a frame stands: its number among those with chains that are selected.
 struct Place {
   std::size_t lot = 0;
   std::size_t index = 0;
@@ -47,7 +50,11 @@ struct KORVEX_API Member {
 struct Lot {
   std::string archive = {};        // its path; empty for files
   std::vector<Member> files = {};  // none of an archive, whose members are met on the way
-  std::size_t bytes = 0;           // size of the archive; of files, which are not asked, a guess
+  std::size_t bytes = 0;           // size of an archive or a trajectory; of other files a guess
+  // A single file, a long trajectory, of which frames take the place of members: every one has a
+  // place and may be wanted or not. All are read in any case, so that who wants some of them sees
+  // the same damage, and stops at the same frame, as who wants others.
+  bool by_frames = false;
 };
 
 // What stands behind `names`. Throws Error (kCannotRead) for a list or a folder that cannot be read
@@ -69,7 +76,8 @@ using Delivery = std::function<void()>;
 // What becomes of the chains. All but `wanted` and `answer` are called by one thread at a time, in
 // the order of members and of chains in them, and so are the deliveries.
 struct ChainWork {
-  // Which members are read; none wants all.
+  // Which members are read, and which frames of a lot by frames are worked on, whose numbers rise;
+  // none wants all. May be called by two threads at once, for places of different lots.
   std::function<bool(const Place&)> wanted = {};
   // Finds out about a chain, on any thread and many at once. `run` has the threads that are to
   // spare and the caller's seed and stop. What it throws goes to `failed`.
@@ -77,12 +85,14 @@ struct ChainWork {
   // An answer was not to be had: of the chain `title`, or where that is empty, of the member, or
   // of the rest of it. Called within a catch block.
   std::function<void(const Member&, const std::string& title)> failed;
-  // Nothing of this member is left.
+  // Nothing of this member is left. Of a lot by frames with the place of the last frame, and as
+  // `failed`, only where that is wanted.
   std::function<void(const Member&)> ended = {};
   std::function<void(const Advance&)> advanced = {};
 };
 
-// Members by lot, as far as they were met: the numbers of all, when it returns.
+// Members by lot, or frames, at least one, as far as they were met: the numbers of all, when it
+// returns.
 using MemberCounts = std::vector<std::size_t>;
 
 // Reads every wanted member of `lots` and works on its chains. The order of what is handed over

@@ -101,6 +101,32 @@ TEST(Trajectories, KeepOrLoseTheirKnots) {
   EXPECT_EQ(vote(untying.back().points).dominant().type, "0_1");
 }
 
+std::vector<std::string> types_of(const std::string& trajectory, Closure closure) {
+  std::vector<std::string> types;
+  for (const Chain& frame : chains_of("trajectories/" + trajectory))
+    types.push_back(vote(frame.points, {.closure = closure, .trials = 20}).dominant().type);
+  return types;
+}
+
+// The same frames, or the first of them, in other units and rounded in other places.
+TEST(Trajectories, HaveTheSameTypesFrameByFrameInEveryFormat) {
+  const auto first = [](std::vector<std::string> types, std::size_t count) {
+    types.resize(count);
+    return types;
+  };
+  const auto ring = types_of("ring_3_1.lammpstrj", Closure::kRing);
+  ASSERT_EQ(ring.size(), 50u);
+  EXPECT_EQ(types_of("ring_3_1.xtc", Closure::kRing), ring);
+  EXPECT_EQ(types_of("ring_3_1.dcd", Closure::kRing), ring);
+  EXPECT_EQ(types_of("ring_3_1.models.pdb", Closure::kRing), first(ring, 10));
+  EXPECT_EQ(types_of("ring_3_1.gro", Closure::kRing), first(ring, 1));
+  const auto untying = types_of("open_3_1.lammpstrj", Closure::kRays);
+  ASSERT_EQ(untying.size(), 60u);
+  EXPECT_EQ(types_of("open_3_1.xtc", Closure::kRays), untying);
+  EXPECT_EQ(types_of("open_3_1.dcd", Closure::kRays), untying);
+  EXPECT_EQ(types_of("open_3_1.gro", Closure::kRays), first(untying, 1));
+}
+
 TEST(ProteinFingerprint, EqualsTheWayOneByOneInEverySubChain) {
   for (const Closure closure : {Closure::kRays, Closure::kTwoPoints}) {
     for (const char* file : {"2efv_CA.pdb", "1crn.pdb"}) {

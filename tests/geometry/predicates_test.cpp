@@ -351,7 +351,7 @@ const korvex::Point kQ{1, 0, 0};
 const korvex::Point kR{0, 1, 0};
 
 bool pierces(const korvex::Point& from, const korvex::Point& to) {
-  return PiercedTriangle(kP, kQ, kR, 10).may_be_by({from, to});
+  return korvex::PiercedTriangle(kP, kQ, kR, 10).may_be_by({from, to});
 }
 
 TEST(MayPierce, IsTrueForALineThroughTheTriangle) {

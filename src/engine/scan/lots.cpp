@@ -1,6 +1,10 @@
 #include <algorithm>
+#include <array>
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
+#include <limits>
+#include <string_view>
 #include <system_error>
 #include <utility>
 
@@ -15,6 +19,26 @@ namespace fs = std::filesystem;
 
 // What a file is taken to have, for the share of the work that is done.
 constexpr std::size_t kGuessedBytes = 100'000;
+
+// Trajectories of so many bytes, and other files that are named themselves, are taken by frames.
+constexpr std::uintmax_t kLongTrajectory = std::uintmax_t{1} << 20;
+constexpr std::uintmax_t kLongFile = std::uintmax_t{64} << 20;
+
+constexpr std::array<std::string_view, 6> kTrajectoryEnds = {".xtc",       ".trr", ".dcd",
+                                                             ".lammpstrj", ".xyz", ".gro"};
+
+bool is_trajectory_name(std::string_view name) {
+  if (name.ends_with(".gz")) name.remove_suffix(3);
+  return std::any_of(kTrajectoryEnds.begin(), kTrajectoryEnds.end(),
+                     [name](std::string_view end) { return name.ends_with(end); });
+}
+
+// Of a regular file; else 0.
+std::uintmax_t size_of_file(const std::string& path) {
+  std::error_code missing;
+  const std::uintmax_t size = fs::file_size(path, missing);
+  return missing ? 0 : size;
+}
 
 class Lots {
  public:
@@ -33,7 +57,7 @@ class Lots {
     } else if (fs::is_directory(name, unknown)) {
       add_folder(name);
     } else {
-      add_file_or_archive({.source = name, .name = {}}, name);
+      add_path({.source = name, .name = {}}, name, listed ? kNeverLong : kLongFile);
     }
   }
 
@@ -64,23 +88,37 @@ class Lots {
     std::sort(paths.begin(), paths.end());
     for (std::string& path : paths) {
       const std::string whole = (fs::path(folder) / path).string();
-      add_file_or_archive({.source = folder, .name = std::move(path)}, whole);
+      add_path({.source = folder, .name = std::move(path)}, whole, kNeverLong);
     }
   }
 
-  void add_file_or_archive(Member member, const std::string& path) {
-    if (!is_archive_name(path)) return add_file(std::move(member));
-    std::error_code missing;
-    const auto size = fs::file_size(path, missing);
-    lots_.push_back({path, {}, missing ? 0 : static_cast<std::size_t>(size)});
+  // Files from `long_file` bytes on are taken by frames whatever their names.
+  void add_path(Member member, const std::string& path, std::uintmax_t long_file) {
+    if (is_archive_name(path)) {
+      lots_.push_back({path, {}, static_cast<std::size_t>(size_of_file(path)), false});
+      return;
+    }
+    const bool is_trajectory = is_trajectory_name(path);
+    if (is_trajectory || long_file != kNeverLong) {
+      const std::uintmax_t size = size_of_file(path);
+      if (size >= (is_trajectory ? kLongTrajectory : long_file)) {
+        member.at = {lots_.size(), 0};
+        lots_.push_back({{}, {std::move(member)}, static_cast<std::size_t>(size), true});
+        return;
+      }
+    }
+    add_file(std::move(member));
   }
 
   void add_file(Member member) {
-    if (lots_.empty() || !lots_.back().archive.empty()) lots_.emplace_back();
+    if (lots_.empty() || !lots_.back().archive.empty() || lots_.back().by_frames)
+      lots_.emplace_back();
     member.at = {lots_.size() - 1, lots_.back().files.size()};
     lots_.back().files.push_back(std::move(member));
     lots_.back().bytes += kGuessedBytes;
   }
+
+  static constexpr std::uintmax_t kNeverLong = std::numeric_limits<std::uintmax_t>::max();
 
   std::vector<Lot> lots_;
   bool standard_input_ = false;

@@ -50,8 +50,9 @@ Json json_of(const ScanOptions& options) {
           {"read", unusual(options.read)}};
 }
 
-// An archive by its path and size; files by their number and a digest of their names.
+// An archive and a trajectory by path and size; files by their number and a digest of their names.
 Json json_of(const Lot& lot) {
+  if (lot.by_frames) return {{"trajectory", lot.files.front().title()}, {"bytes", lot.bytes}};
   if (!lot.archive.empty()) return {{"archive", lot.archive}, {"bytes", lot.bytes}};
   std::string names;
   for (const Member& file : lot.files) names += file.title() + '\n';

@@ -6,16 +6,18 @@
 
 namespace korvex {
 
-MemberWalk::MemberWalk(const std::vector<Lot>& lots) : lots_(lots), counts_(lots.size()) {
+MemberWalk::MemberWalk(const std::vector<Lot>& lots, std::size_t most_bytes)
+    : lots_(lots), most_bytes_(most_bytes), counts_(lots.size()) {
   for (const Lot& lot : lots) all_bytes_ += static_cast<double>(lot.bytes);
 }
 
 std::optional<MetMember> MemberWalk::next(const std::function<bool(const Place&)>& wanted) {
   while (auto met = step()) {
-    if (wanted && !wanted(met->member.at)) continue;
+    const bool by_frames = lots_[met->member.at.lot].by_frames;
+    if (!by_frames && wanted && !wanted(met->member.at)) continue;
     if (archive_ && !met->failure) {
       try {
-        met->bytes = archive_->content(kMostBytes);
+        met->bytes = archive_->content(most_bytes_);
       } catch (...) {
         met->failure = std::current_exception();
       }

@@ -23,9 +23,9 @@ class MemberWalk {
   // A member of an archive may have so many bytes.
   static constexpr std::size_t kMostBytes = std::size_t{1} << 30;
 
-  explicit MemberWalk(const std::vector<Lot>& lots);
+  explicit MemberWalk(const std::vector<Lot>& lots, std::size_t most_bytes = kMostBytes);
 
-  // The next member that is wanted; nothing behind the last.
+  // The next member that is wanted, or is a lot by frames; nothing behind the last.
   std::optional<MetMember> next(const std::function<bool(const Place&)>& wanted);
 
   // Whether next() is known to have nothing more to give.
@@ -42,6 +42,7 @@ class MemberWalk {
   void next_lot();
 
   const std::vector<Lot>& lots_;
+  const std::size_t most_bytes_;
   Place at_;
   std::optional<Archive> archive_;
   MemberCounts counts_;

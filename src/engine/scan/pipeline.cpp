@@ -1,10 +1,13 @@
+#include <algorithm>
 #include <condition_variable>
+#include <cstdint>
 #include <deque>
 #include <exception>
 #include <memory>
 #include <mutex>
 #include <optional>
 #include <utility>
+#include <vector>
 
 #include "engine/run/parallel.hpp"
 #include "engine/scan/member_walk.hpp"
@@ -33,11 +36,44 @@ struct OpenMember {
   std::deque<KnownAnswer> answers;  // that were not handed over
   std::size_t handed = 0;           // before those
   bool read = false;                // it has no more chains than were met
+  Place end;                        // where its end is told
+  bool wanted = true;               // whether it is
+};
+
+// Gives the frames of a lot by frames their places. What is no such lot is one place.
+class FrameCount {
+ public:
+  FrameCount(const Member& member, bool by_frames, const ChainWork& work)
+      : member_(member), by_frames_(by_frames), work_(work) {}
+
+  // Whether the frame of this chain, the next one or that of the one before, is worked on.
+  bool wants(const Chain& chain) {
+    if (!by_frames_ || chain.model == model_) return wanted_;
+    ++frames_;
+    model_ = chain.model;
+    return wanted_ = wants_last();
+  }
+
+  // Whether the last frame is; where there is none, whether the first were.
+  bool wants_last() const { return !by_frames_ || !work_.wanted || work_.wanted(place()); }
+  Place place() const {
+    return by_frames_ ? Place{member_.at.lot, std::max<std::size_t>(frames_, 1) - 1} : member_.at;
+  }
+  std::size_t frames() const { return std::max<std::size_t>(frames_, 1); }
+
+ private:
+  const Member& member_;
+  const bool by_frames_;
+  const ChainWork& work_;
+  std::size_t frames_ = 0;
+  std::optional<std::int64_t> model_;
+  bool wanted_ = true;
 };
 
 struct WaitingChain {
   std::shared_ptr<OpenMember> of;
   std::size_t index = 0;
+  Place at;
   Chain chain;
 };
 
@@ -48,7 +84,12 @@ class Pipeline {
  public:
   Pipeline(const std::vector<Lot>& lots, const ReadOptions& read, const ChainWork& work,
            const Run& run)
-      : walk_(lots), read_(read), work_(work), run_(run), workers_(worker_count(run, SIZE_MAX)) {
+      : lots_(lots),
+        walk_(lots),
+        read_(read),
+        work_(work),
+        run_(run),
+        workers_(worker_count(run, SIZE_MAX)) {
     for (const Lot& lot : lots) {
       known_ = known_ && lot.archive.empty();
       members_ += lot.files.size();
@@ -60,7 +101,9 @@ class Pipeline {
     alone.progress = {};
     for_each_piece(alone, workers_, [this](std::size_t, unsigned) { work(); });
     if (failure_) std::rethrow_exception(failure_);
-    return walk_.counts();
+    MemberCounts counts = walk_.counts();
+    for (const auto& [lot, frames] : frames_) counts[lot] = frames;
+    return counts;
   }
 
  private:
@@ -104,16 +147,17 @@ class Pipeline {
     const bool last = exhausted_ && reading_ == 0 && chains_.empty();
     run.threads = last ? std::max(1U, workers_ / answering_) : 1;
     lock.unlock();
-    const Member& member = next.of->member;
+    Member member = next.of->member;
+    member.at = next.at;
     const std::string title = title_of(next.chain);
     Delivery delivery;
     try {
       delivery = work_.answer(member, std::move(next.chain), run);
     } catch (const Error& error) {
       if (error.code() == ErrorCode::kCancelled) throw;
-      delivery = failure_of(next.of, title);
+      delivery = failure_of(member, title);
     } catch (...) {
-      delivery = failure_of(next.of, title);
+      delivery = failure_of(member, title);
     }
     lock.lock();
     --answering_;
@@ -126,12 +170,12 @@ class Pipeline {
   }
 
   // To be called where the failure was caught.
-  Delivery failure_of(const std::shared_ptr<OpenMember>& of, std::string title) const {
-    return [this, of, title = std::move(title), error = std::current_exception()] {
+  Delivery failure_of(const Member& member, std::string title) const {
+    return [this, member, title = std::move(title), error = std::current_exception()] {
       try {
         std::rethrow_exception(error);
       } catch (...) {
-        work_.failed(of->member, title);
+        work_.failed(member, title);
       }
     };
   }
@@ -158,6 +202,7 @@ class Pipeline {
     if (!met) return;
     auto open = std::make_shared<OpenMember>();
     open->member = met->member;
+    open->end = met->member.at;
     open_.push_back(open);
     ++reading_;
     lock.unlock();
@@ -172,39 +217,56 @@ class Pipeline {
   // A chain is handed on when the next one is met: whoever works on the last one of all then knows
   // that it is the last.
   void read_chains_of(MetMember&& met, const std::shared_ptr<OpenMember>& open, Lock& lock) {
-    std::optional<Chain> held;
+    const bool by_frames = lots_[open->member.at.lot].by_frames;
+    FrameCount frames(open->member, by_frames, work_);
+    std::optional<WaitingChain> held;
     Delivery failure;
+    const auto failed = [&] {
+      Member member = open->member;
+      member.at = frames.place();
+      if (frames.wants_last()) failure = failure_of(member, {});
+    };
     try {
       if (met.failure) std::rethrow_exception(met.failure);
       visit_chains(source_of(std::move(met)), read_, [&](Chain&& chain) {
+        if (!frames.wants(chain)) {
+          throw_if_cancelled(run_);
+          return true;
+        }
         if (held) {
           lock.lock();
-          put(open, *std::move(held), lock);
+          put(*std::move(held), lock);
           lock.unlock();
         }
-        held = std::move(chain);
+        held = WaitingChain{open, 0, frames.place(), std::move(chain)};
         return true;
       });
     } catch (const Error& error) {
       if (error.code() == ErrorCode::kCancelled) throw;
-      failure = failure_of(open, {});
+      failed();
     } catch (...) {
-      failure = failure_of(open, {});
+      failed();
     }
+    const bool wanted = frames.wants_last();
     if (!lock.owns_lock()) lock.lock();
-    if (held) enqueue(open, *std::move(held));
+    if (held) enqueue(*std::move(held));
     if (failure) {
       open->answers.push_back({0, std::move(failure)});
       ++waiting_;
+    }
+    if (by_frames) {
+      open->end = frames.place();
+      open->wanted = wanted;
+      frames_.emplace_back(open->end.lot, frames.frames());
     }
   }
 
   // Leaves no more chains waiting than the others will soon take, and where many answers wait for
   // members before this one, waits for these.
-  void put(const std::shared_ptr<OpenMember>& open, Chain&& chain, Lock& lock) {
+  void put(WaitingChain&& chain, Lock& lock) {
     while (!failure_) {
       throw_if_cancelled(run_);
-      const bool ahead = open_.front() != open && crowded();
+      const bool ahead = open_.front() != chain.of && crowded();
       if (!ahead && chains_.size() < kChainsAhead * (workers_ - 1)) break;
       if (!chains_.empty())
         answer_first(lock);
@@ -214,14 +276,15 @@ class Pipeline {
         break;
     }
     if (failure_) throw Error(ErrorCode::kCancelled, "stopped, since other work failed");
-    enqueue(open, std::move(chain));
+    enqueue(std::move(chain));
     if (workers_ == 1) answer_first(lock);
   }
 
-  void enqueue(const std::shared_ptr<OpenMember>& open, Chain&& chain) {
-    const std::size_t points = chain.points.size();
-    chains_.push_back({open, open->handed + open->answers.size(), std::move(chain)});
-    open->answers.push_back({points, {}});
+  void enqueue(WaitingChain&& chain) {
+    OpenMember& of = *chain.of;
+    chain.index = of.handed + of.answers.size();
+    of.answers.push_back({chain.chain.points.size(), {}});
+    chains_.push_back(std::move(chain));
     changed_.notify_all();
   }
 
@@ -252,7 +315,9 @@ class Pipeline {
     } else if (first->answers.empty() && first->read) {
       open_.pop_front();
       ++done_.members;
-      if (work_.ended) without(lock, [&] { work_.ended(first->member); });
+      Member member = first->member;
+      member.at = first->end;
+      if (work_.ended && first->wanted) without(lock, [&] { work_.ended(member); });
     } else {
       return false;
     }
@@ -281,6 +346,7 @@ class Pipeline {
     lock.lock();
   }
 
+  const std::vector<Lot>& lots_;
   MemberWalk walk_;
   const ReadOptions& read_;
   const ChainWork& work_;
@@ -302,6 +368,7 @@ class Pipeline {
   bool delivering_ = false;
   double fraction_ = 0;
   Advance done_;
+  std::vector<std::pair<std::size_t, std::size_t>> frames_;  // lots by frames, and how many
   std::exception_ptr failure_;
 };
 

@@ -2,6 +2,7 @@
 
 #include <map>
 #include <memory>
+#include <mutex>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <utility>
@@ -95,14 +96,13 @@ class Scan {
 
   PieceNumber piece_of(const Place& at) const { return {at.lot, at.index / plan_.options.piece}; }
 
-  // Asked by one thread at a time, in order.
+  // Asked in order within a lot.
   bool wants(const Place& at) {
+    const std::lock_guard lock(asking_);
     const PieceNumber number = piece_of(at);
-    if (!asked_ || *asked_ != number) {
-      asked_ = number;
-      wanted_ = wants_piece(number);
-    }
-    return wanted_;
+    Asked& last = asked_[number.lot];
+    if (last.piece != number.piece) last = {number.piece, wants_piece(number)};
+    return last.wanted;
   }
 
   bool wants_piece(const PieceNumber& number) {
@@ -201,9 +201,14 @@ class Scan {
   const ScanDirectory directory_;
   std::string digest_;
 
+  struct Asked {
+    std::optional<std::size_t> piece;
+    bool wanted = false;
+  };
+
   // Of the walk.
-  std::optional<PieceNumber> asked_;
-  bool wanted_ = false;
+  std::mutex asking_;
+  std::map<std::size_t, Asked> asked_;  // by lot
   std::optional<std::size_t> remains_of_;
   std::multimap<std::string, std::string> remains_;
   std::size_t pieces_ = 0;

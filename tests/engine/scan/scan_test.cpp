@@ -140,6 +140,53 @@ TEST_F(ScanTest, ThreadsAndShardsChangeNoByte) {
   }
 }
 
+// A trajectory long enough to be taken by frames: straight chains, too cheap to matter.
+std::string long_trajectory() {
+  std::string frame = "100\nframe\n";
+  for (int k = 0; k < 100; ++k) frame += "C " + std::to_string(k) + ".00000 0.0 0.0\n";
+  std::string text;
+  for (int k = 0; k < 650; ++k) text += frame;
+  return text;
+}
+
+TEST_F(ScanTest, ALongTrajectoryIsSplitByFramesAndNoByteChanges) {
+  const std::string whole = directory_.write("whole.xyz", long_trajectory());
+  const std::string cut =
+      directory_.write("cut.xyz", long_trajectory().substr(0, long_trajectory().size() - 700));
+  ScanPlan split = plan("split");
+  split.sources = {whole, support::data_file("proteins/1crn.pdb"), cut};
+  split.options.piece = 100;
+  split.options.trials = 1;
+  split.options.read.models.step = 2;  // 325 frames, and 324 or one more of what is cut
+  const std::string alone = undisturbed(split);
+  EXPECT_EQ(merge_scan(split.directory).counts.members, 3u);
+  EXPECT_EQ(merge_scan(split.directory).counts.failed, 1u);
+  EXPECT_EQ(lines_in(alone), 2 + 325 + 1 + 325 + 1);
+  EXPECT_TRUE(std::filesystem::exists(part("split", "000000/0000003.tsv")));
+  EXPECT_TRUE(std::filesystem::exists(part("split", "000002/0000003.tsv")));
+
+  split.directory = directory_.path("shared");
+  for (const std::size_t shard : {3U, 1U, 2U}) {
+    split.shard = {shard, 3};
+    korvex::Run run;
+    run.threads = 3;
+    scan(split, run);
+    split.resume = true;
+  }
+  EXPECT_EQ(content_of(merge_scan(split.directory).path), alone);
+
+  const std::string kept = part("shared", "000000/0000000.tsv");
+  const auto written = std::filesystem::last_write_time(kept);
+  std::filesystem::remove(part("shared", "000000/0000001.tsv"));
+  std::filesystem::remove(part("shared", "000002/0000003.tsv"));
+  split.shard = {};
+  const ScanOutcome outcome = scan(split);
+  EXPECT_EQ(outcome.pieces, 9u);
+  EXPECT_EQ(outcome.kept, 7u);
+  EXPECT_EQ(std::filesystem::last_write_time(kept), written);
+  EXPECT_EQ(content_of(merge_scan(split.directory).path), alone);
+}
+
 TEST_F(ScanTest, ResumingDoesWhatIsMissingAndNothingElse) {
   ScanPlan disturbed = plan("disturbed");
   const std::string alone = undisturbed(disturbed);

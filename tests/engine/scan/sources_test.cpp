@@ -94,6 +94,22 @@ TEST(Sources, AnArchiveBetweenFilesIsALotOfItsOwn) {
   EXPECT_EQ(lots[0].files[1].at, (Place{0, 1}));
 }
 
+TEST(Sources, ALongTrajectoryIsALotByFrames) {
+  const TemporaryDirectory directory;
+  const std::string big(std::size_t{1} << 20, '\n');
+  const std::vector<Lot> lots =
+      lots_of({directory.write("a.txt", ""), directory.write("long.xtc", big),
+               directory.write("long.lammpstrj.gz", big),
+               directory.write("short.xyz", "1\n\nC 0 0 0\n"), directory.write("long.txt", big)});
+  ASSERT_EQ(lots.size(), 4u);
+  EXPECT_FALSE(lots[0].by_frames);
+  EXPECT_TRUE(lots[1].by_frames);
+  EXPECT_TRUE(lots[2].by_frames);
+  EXPECT_EQ(lots[2].files.front().at, (Place{2, 0}));
+  EXPECT_FALSE(lots[3].by_frames);
+  EXPECT_EQ(lots[3].files.size(), 2u);
+}
+
 TEST(Sources, AListNamesSourcesAndNoFurtherLists) {
   const TemporaryDirectory directory;
   const std::string list = directory.write("names.txt", "a.pdb\r\n\nb.tar\nc d.pdb");
