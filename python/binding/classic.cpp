@@ -1,23 +1,13 @@
 // The exported interface under its own names. Its functions draw from rand() and share tables, and
 // so hold the interpreter's lock: that keeps them to one thread at a time.
-#include <korvex.h>
-#include <pybind11/numpy.h>
+#include "classic.hpp"
+
 #include <pybind11/stl.h>
 
 #include <cstdlib>
 
-#include "conversions.hpp"
-
 namespace korvex::python {
 namespace {
-
-using Atoms = py::array_t<ChainAtom, py::array::c_style | py::array::forcecast>;
-using Counts = std::array<int, 42>;
-
-std::vector<ChainAtom> atoms_in(const Atoms& atoms) {
-  if (atoms.ndim() != 1) throw py::value_error("atoms have the shape (n,)");
-  return {atoms.data(), atoms.data() + atoms.size()};
-}
 
 py::array_t<ChainAtom> atoms_array(const std::vector<ChainAtom>& atoms) {
   return py::array_t<ChainAtom>(static_cast<py::ssize_t>(atoms.size()), atoms.data());
@@ -85,8 +75,13 @@ py::tuple polynomial_of(const Atoms& chain) {
   return py::make_tuple(result, coefficients, value);
 }
 
-polynomial<int> polynomial_in(const std::vector<int>& coefficients) {
-  return {coefficients.begin(), coefficients.end()};
+// Result, coefficients and numeric determinant; what the function leaves alone is empty and 0.
+py::tuple polynomial_in_direction(const Atoms& chain, int direction, int most_crossings) {
+  polynomial<int> poly;
+  double value = 0;
+  const int result = FindTheKnotInParticularDirection_poly(atoms_in(chain), poly, value, direction,
+                                                           most_crossings);
+  return py::make_tuple(result, poly.data(), value);
 }
 
 py::list knot_table() {
@@ -112,6 +107,14 @@ void add_chain_functions(py::module_& module) {
 }
 
 void add_determination(py::module_& module) {
+  module.def(
+      "FindOneKnot",
+      [](const Atoms& chain, int closure_type, int trials) {
+        Counts counts{};
+        FindOneKnot(atoms_in(chain), counts.data(), closure_type, trials);
+        return counts;
+      },
+      py::arg("chain"), py::arg("closureType"), py::arg("trials"));
   module.def("FindMajorKnot", &count_knots, py::arg("chain"), py::arg("closureType"),
              py::arg("trials"));
   module.def("GiveTheNameOfKnot", [](Counts counts) { return GiveTheNameOfKnot(counts.data()); });
@@ -125,6 +128,18 @@ void add_determination(py::module_& module) {
   module.def("FindTheKnotInParticularDirection", [](const Atoms& chain, int direction) {
     return FindTheKnotInParticularDirection(atoms_in(chain), direction);
   });
+  module.def("FindTheKnotInParticularDirection_True", [](const Atoms& chain, int direction) {
+    return FindTheKnotInParticularDirection_True(atoms_in(chain), direction);
+  });
+  module.def("FindTheKnotInParticularDirection_poly", &polynomial_in_direction, py::arg("chain"),
+             py::arg("direction"), py::arg("maxCrossings"));
+  module.def(
+      "FindTheKnotInParticularDirection_poly_string",
+      [](const Atoms& chain, int most_crossings, bool numeric) {
+        return FindTheKnotInParticularDirection_poly_string(atoms_in(chain), most_crossings,
+                                                            numeric);
+      },
+      py::arg("chain"), py::arg("maxCrossings"), py::arg("numeric"));
   module.def("FindTheKnot_poly", &polynomial_of, py::arg("chain"));
   module.def(
       "FindTheKnot_poly_string",
@@ -157,6 +172,16 @@ void add_fingerprint(py::module_& module) {
       py::arg("trials"), py::arg("matrixMode"), py::arg("polyOption"), py::arg("polyFlag"),
       py::arg("memoryLimit"));
   module.def(
+      "FindAllKnots_string",
+      [](const Atoms& chain, int step, int threshold, int closure_type, int trials, int matrix_mode,
+         int poly_option, bool poly_flag, unsigned long long memory) {
+        return FindAllKnots_string(atoms_in(chain), step, threshold, closure_type, trials,
+                                   matrix_mode, poly_option, poly_flag, memory);
+      },
+      py::arg("chain"), py::arg("netStep"), py::arg("refineThreshold"), py::arg("closureType"),
+      py::arg("trials"), py::arg("matrixMode"), py::arg("polyOption"), py::arg("polyFlag"),
+      py::arg("memoryLimit"));
+  module.def(
       "FindKnotFingerprint",
       [](const Atoms& chain, const std::string& path, int step, int threshold, int closure_type,
          int trials, int matrix_mode, int poly_option, bool poly_flag, unsigned long long memory) {
@@ -177,6 +202,16 @@ void add_fingerprint(py::module_& module) {
       py::arg("type"), py::arg("chainFile"), py::arg("outputName"), py::arg("checkDistances"),
       py::arg("netStep"), py::arg("refineThreshold"), py::arg("closureType"), py::arg("trials"),
       py::arg("polyFlag"));
+  module.def(
+      "MainFindKnots",
+      [](const std::string& file, const std::string& output, int type, int check, int closure_type,
+         int trials, int step, int threshold, unsigned long long poly_flag) {
+        return MainFindKnots(buffer_of(file).data(), buffer_of(output).data(), type, check,
+                             closure_type, trials, step, threshold, poly_flag);
+      },
+      py::arg("chainFile"), py::arg("outputName"), py::arg("type"), py::arg("checkDistances"),
+      py::arg("closureType"), py::arg("trials"), py::arg("netStep"), py::arg("refineThreshold"),
+      py::arg("polyFlag"));
 }
 
 }  // namespace
@@ -190,6 +225,7 @@ void add_classic(py::module_& module) {
   add_chain_functions(classic);
   add_determination(classic);
   add_fingerprint(classic);
+  add_classic_kernels(classic);
 }
 
 }  // namespace korvex::python

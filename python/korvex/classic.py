@@ -3,7 +3,8 @@
 It answers as it always did, to the letter: knot types up to mirror image by the Alexander polynomial, random
 numbers from the C library (`srand`), truncated percentages. The headers of the library tell what each function
 does. Chains are arrays of `ChainAtom`: records of the coordinates ``x``, ``y``, ``z`` and the atom's number
-``id``. Where a C++ function changes its arguments, the function here gives what it makes of them back. All
+``id``. Edges are rows of six numbers, as `ProjectChain` gives them, crossings records of `Crossing`, polynomials
+lists of coefficients, the lowest power first. Where a C++ function changes its arguments, the function here gives what it makes of them back. All
 hold the interpreter's lock: the interface is for one thread at a time.
 
 Examples
@@ -33,29 +34,57 @@ from ._positions import positions_of
 _classic = _korvex.classic
 
 ChainAtom: "np.dtype[Any]" = _classic.ChainAtom
+Crossing: "np.dtype[Any]" = _classic.Crossing
+CalculatePoly = _classic.CalculatePoly
+CalculatesPoly = _classic.CalculatesPoly
 ChainRead = _classic.ChainRead
 ChainReduce = _classic.ChainReduce
-CalculatesPoly = _classic.CalculatesPoly
 CheckDistancesBetweenAtoms = _classic.CheckDistancesBetweenAtoms
 CloseChain_1direction = _classic.CloseChain_1direction
 CloseChain_1point = _classic.CloseChain_1point
 CloseChain_2points = _classic.CloseChain_2points
 CloseChain_OUT = _classic.CloseChain_OUT
+CompareEq = _classic.CompareEq
+CreateFoxMatrix = _classic.CreateFoxMatrix
+CreateFoxMatrix_double = _classic.CreateFoxMatrix_double
+EqualPolies = _classic.EqualPolies
+FindAllCrossings = _classic.FindAllCrossings
+FindAllKnots_string = _classic.FindAllKnots_string
 FindKnotFingerprint = _classic.FindKnotFingerprint
 FindKnotFingerprint_string = _classic.FindKnotFingerprint_string
 FindKnots = _classic.FindKnots
 FindMajorKnot = _classic.FindMajorKnot
+FindOneKnot = _classic.FindOneKnot
 FindTheKnot = _classic.FindTheKnot
 FindTheKnotInParticularDirection = _classic.FindTheKnotInParticularDirection
+FindTheKnotInParticularDirection_True = _classic.FindTheKnotInParticularDirection_True
+FindTheKnotInParticularDirection_poly = _classic.FindTheKnotInParticularDirection_poly
+FindTheKnotInParticularDirection_poly_string = _classic.FindTheKnotInParticularDirection_poly_string
 FindTheKnot_poly = _classic.FindTheKnot_poly
 FindTheKnot_poly_string = _classic.FindTheKnot_poly_string
+FirstEdgeOver = _classic.FirstEdgeOver
+GivePolyByValM3 = _classic.GivePolyByValM3
 GiveTheNameOfKnot = _classic.GiveTheNameOfKnot
 GiveTheNameOfKnotOne = _classic.GiveTheNameOfKnotOne
 GiveTheNameOfKnot_Matrix = _classic.GiveTheNameOfKnot_Matrix
+GiveTheNameOfKnot_allProj = _classic.GiveTheNameOfKnot_allProj
+GiveTheNameOfKnot_toMatrix = _classic.GiveTheNameOfKnot_toMatrix
+GiveThePolies_toDict = _classic.GiveThePolies_toDict
 GiveTheStrenghtOfKnot = _classic.GiveTheStrenghtOfKnot
+GiveTheStrenghtOfKnot_poly = _classic.GiveTheStrenghtOfKnot_poly
+MainFindKnots = _classic.MainFindKnots
+NonZeroPoly = _classic.NonZeroPoly
+NormalizePoly = _classic.NormalizePoly
+Normalize_det_double = _classic.Normalize_det_double
 ProjectChain = _classic.ProjectChain
+TwoEdgesCrossed = _classic.TwoEdgesCrossed
+TypeOfCrossing = _classic.TypeOfCrossing
 WhichKnot = _classic.WhichKnot
+WhichKnotDouble_OrdNr = _classic.WhichKnotDouble_OrdNr
 WhichKnot_OrdNr = _classic.WhichKnot_OrdNr
+det_poly = _classic.det_poly
+intersection = _classic.intersection
+removeTrailingZeros = _classic.removeTrailingZeros
 srand = _classic.srand
 
 #: Name, Alexander polynomial and value at -3 of each of the 42 knot ordinals.
