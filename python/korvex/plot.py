@@ -168,6 +168,7 @@ def closure_map(found: ClosureMap, *, ax: Any = None, legend: bool = True) -> An
             path = _outline(found.boundaries(region), side, centre)
             patch = ax.add_patch(PathPatch(path, facecolor=colour, edgecolor=colour, linewidth=0.3))
             patch.set_clip_path(disc)
+            patch.set_in_layout(False)  # the disc is, and some versions of matplotlib cannot clip a map's outlines
         ax.text(*(centre - (0, 1.08)), f"from {'+' if side > 0 else '-'}z", ha="center", va="top")
     ax.set(xlim=(-2.1, 2.1), ylim=(-1.25, 1.1), aspect="equal")
     ax.set_axis_off()

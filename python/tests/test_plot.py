@@ -54,6 +54,16 @@ def test_axes_are_taken_and_given_back(protein: korvex.Chain) -> None:
     assert plot.chain(protein, ax=ax) is ax
 
 
+def test_pictures_can_be_cut_to_what_they_show_as_notebooks_do(protein: korvex.Chain, tmp_path: pathlib.Path) -> None:
+    found = korvex.closure_map(protein)
+    frames = korvex.knots([protein] * 3)
+    drawn = [plot.closure_map(found), plot.votes(frames[0]), plot.types(frames), plot.chain(protein)]
+    drawn.append(plot.fingerprint(korvex.fingerprint(protein, step=8)))
+    for number, ax in enumerate(drawn):
+        ax.figure.savefig(tmp_path / f"{number}.png", bbox_inches="tight", dpi=30)
+        assert (tmp_path / f"{number}.png").stat().st_size > 500
+
+
 def test_a_map_shows_every_type_with_its_share(protein: korvex.Chain) -> None:
     found = korvex.closure_map(protein)
     ax = plot.closure_map(found, legend=False)
