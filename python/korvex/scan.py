@@ -6,7 +6,7 @@
     print(scan.on_dask(Client("scheduler:8786"), ["models.tar"], "found", tasks=1000))
 
 Every task is one share of the pieces of `korvex scan`, which the workers run as a command, so that they need
-korvex and a directory that all of them can write to, and nothing of this package. A task that is run again,
+it, the package, and a directory that all of them can write to. A task that is run again,
 since its worker died, does what that one left undone. The bytes of the results do not depend on workers or on
 their deaths.
 

@@ -6,10 +6,8 @@ import importlib
 import inspect
 import os
 import pathlib
-import re
 import subprocess
 import sys
-from typing import Any, Dict
 
 import pytest
 
@@ -56,14 +54,3 @@ def test_types_are_checked_strictly(tmp_path: pathlib.Path) -> None:
         [*command, "--cache-dir", cache], stdout=subprocess.PIPE, cwd=tmp_path, env=environment, check=False, text=True
     )
     assert result.returncode == 0, result.stdout
-
-
-def test_the_examples_of_the_guide_run() -> None:
-    text = (pathlib.Path(__file__).resolve().parent.parent.parent / "docs" / "python.md").read_text()
-    runner = doctest.DocTestRunner()
-    shared: Dict[str, Any] = {}
-    for number, block in enumerate(re.findall(r"```python\n(.*?)```", text, re.DOTALL)):
-        test = doctest.DocTestParser().get_doctest(block, shared, f"block {number}", "docs/python.md", 0)
-        runner.run(test, clear_globs=False)
-        shared = test.globs
-    assert runner.tries > 8 and runner.failures == 0

@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 """A Dask cluster that loses a worker in the middle of a scan makes the bytes of one scan.
 
-usage: dask_test.py KORVEX
+usage: PYTHONPATH=BUILD/python dask_test.py KORVEX
 
 Starts a scheduler and two workers of its own. Skipped where dask.distributed is missing.
 """
@@ -16,17 +16,16 @@ import unittest
 
 try:
     import distributed
+
+    from korvex import scan
 except ImportError:
     print("distributed is not there: skipped")
     sys.exit(77)
 
 KORVEX = os.path.abspath(sys.argv.pop(1))
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
-PACKAGE = ROOT / "python" / "korvex"
+ENVIRONMENT = {**os.environ, "PATH": f"{os.path.dirname(KORVEX)}:{os.environ['PATH']}"}
 PATIENCE = 120  # seconds until what does not come is given up
-
-sys.path.insert(0, str(PACKAGE))  # the module by itself: it needs nothing of the package
-import scan  # noqa: E402
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "support"))
 from model_archive import ModelArchiveCase  # noqa: E402
@@ -48,9 +47,9 @@ class ScanOnDask(ModelArchiveCase):
         process = subprocess.Popen(
             [sys.executable, "-m", *arguments],
             cwd=self.directory,
-            env={**os.environ, "PYTHONPATH": str(PACKAGE)},
             stdout=subprocess.DEVNULL,
             stderr=subprocess.DEVNULL,
+            env=ENVIRONMENT,
             start_new_session=True,
         )
         self.addCleanup(self.end, process)
@@ -64,6 +63,18 @@ class ScanOnDask(ModelArchiveCase):
         except ProcessLookupError:
             pass
         process.wait()
+
+    def check_the_example(self, address):
+        """The one of the documents, on the worker that is left."""
+        example = ROOT / "docs" / "scan_on_dask.py"
+        shown = subprocess.run(
+            [sys.executable, example, address, self.archive, self.directory / "example"],
+            check=True,
+            env=ENVIRONMENT,
+            stdout=subprocess.PIPE,
+            text=True,
+        ).stdout
+        self.assertEqual(shown, "15 files, 15 chains: 10 knotted, 0 slipknots, 0 failed\n")
 
     def test_a_killed_worker_costs_no_byte(self):
         options = ["--piece", "2", "--slipknots"]
@@ -98,6 +109,7 @@ class ScanOnDask(ModelArchiveCase):
             self.assertLess(len(list(shared.glob("parts/*/*.tsv"))), 8, "it was done already")
             job.join()
             self.assertEqual(len(client.scheduler_info()["workers"]), 1)
+            self.check_the_example(address)
         self.assertEqual(summaries, ["15 files, 15 chains: 10 knotted, 0 slipknots, 0 failed"])
         self.assertEqual(
             (shared / "results.tsv").read_bytes(), (alone / "results.tsv").read_bytes()
