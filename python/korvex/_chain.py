@@ -5,6 +5,7 @@ import math
 import os
 import re
 from dataclasses import dataclass, fields
+from functools import lru_cache
 from typing import Any, Iterable, Iterator, List, NamedTuple, Optional, Tuple, Union
 
 import numpy as np
@@ -207,7 +208,9 @@ def _column(values: Any, dtype: Any, what: str, points: int) -> NDArray[Any]:
     return column
 
 
-_UNKNOWN = ChainSummary("", "", 1, 0, False, "apart", (), 0, 0, 0.0)
+@lru_cache(maxsize=256)
+def _summary_of_unknown(points: int) -> ChainSummary:
+    return ChainSummary("", "", 1, points, False, "apart", (), 0, 0, 0.0)
 
 
 def chain_of(positions: Any) -> Chain:
@@ -218,7 +221,7 @@ def chain_of(positions: Any) -> Chain:
 def summary_of(positions: Any, points: int) -> ChainSummary:
     if isinstance(positions, Chain):
         return positions.summary
-    return _UNKNOWN._replace(points=points)
+    return _summary_of_unknown(points)
 
 
 Models = Union[None, int, slice, range, Tuple[int, int]]

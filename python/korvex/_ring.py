@@ -25,7 +25,8 @@ class RingReport(NamedTuple):
 
     @classmethod
     def of(cls, fields: Tuple[Any, ...]) -> "RingReport":
-        return cls(DiagramSize(*fields[0]), *fields[1:])
+        projected, points_left, simplified, alexander_key = fields
+        return cls(DiagramSize._make(projected), points_left, simplified, alexander_key)
 
 
 def examine_ring(positions: Any, *, seed: int = 1) -> RingReport:

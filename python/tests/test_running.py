@@ -7,6 +7,7 @@ import signal
 import subprocess
 import sys
 import threading
+import tracemalloc
 from concurrent.futures import ThreadPoolExecutor
 from typing import Any, Callable, List
 
@@ -167,6 +168,19 @@ def test_references_are_neither_lost_nor_kept() -> None:
     gc.collect()
     assert all(abs(sys.getrefcount(some) - count) < 50 for some, count in zip(watched, counts))
     assert sys.getallocatedblocks() - blocks < 1000
+
+
+def test_arrays_of_a_long_chain_are_the_engines_own() -> None:
+    walk = np.random.default_rng(2).normal(size=(637, 3)).cumsum(axis=0)
+    data = korvex.fingerprint(walk, directions=1).data
+    tracemalloc.start()  # counts what NumPy allocates, and not what the engine hands over
+    try:
+        arrays: List[NDArray[Any]] = [*data.dominant_arrays(), data.shares(0), data.stations, *data.knotted_arrays()]
+        most = tracemalloc.get_traced_memory()[1]
+    finally:
+        tracemalloc.stop()
+    assert sum(array.nbytes for array in arrays) > 16 * 637 * 637 and most < 10_000
+    assert not any(isinstance(array.base, np.ndarray) or array.flags.owndata for array in arrays)
 
 
 def test_an_iterator_that_is_dropped_ends_its_thread() -> None:
