@@ -5,6 +5,7 @@
 
 namespace korvex::cli {
 
+Command draw_command();
 Command knot_command();
 Command fingerprint_command();
 Command locate_command();

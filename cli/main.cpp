@@ -22,7 +22,8 @@ std::vector<Command> commands_for(int argc, char** argv) {
           map_command(),
           scan_command(),
           merge_command(),
-          table_command()};
+          table_command(),
+          draw_command()};
 }
 
 Exit run(int argc, char** argv) noexcept {

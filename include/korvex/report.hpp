@@ -20,6 +20,7 @@
 #include "korvex/chain.hpp"
 #include "korvex/closure.hpp"
 #include "korvex/closure_map.hpp"
+#include "korvex/drawing.hpp"
 #include "korvex/export.hpp"
 #include "korvex/fingerprint.hpp"
 #include "korvex/locate.hpp"
@@ -180,5 +181,10 @@ KORVEX_API void write_fingerprint(const Fingerprint& fingerprint, std::span<cons
 // Regions are drawn where the map has their boundaries. O(points of boundaries).
 KORVEX_API void write_closure_map(const Chain& chain, const ClosureMap& map, ReportFormat format,
                                   std::ostream& out);
+
+// What draw() made of the diagram, as an SVG of 400 by 400 pixels with a line of text below: the
+// curve in `colour` ("#rrggbb"), broken where it passes under. O(arcs).
+KORVEX_API void write_drawing(const Diagram& diagram, const DiagramDrawing& drawing,
+                              std::string_view caption, std::string_view colour, std::ostream& out);
 
 }  // namespace korvex

@@ -2,13 +2,18 @@
 #include <pybind11/operators.h>
 #include <pybind11/stl.h>
 
+#include <sstream>
+
 #include "arrays.hpp"
 #include "conversions.hpp"
 #include "korvex/alexander.hpp"
 #include "korvex/colourings.hpp"
+#include "korvex/drawing.hpp"
+#include "korvex/error.hpp"
 #include "korvex/homfly.hpp"
 #include "korvex/identify.hpp"
 #include "korvex/jones.hpp"
+#include "korvex/report.hpp"
 #include "korvex/signature.hpp"
 #include "run.hpp"
 
@@ -139,6 +144,14 @@ Diagram of_open_chain(const Positions& positions, const std::array<double, 3>& d
       [&](const Run& run) { return Diagram::of_open_chain(points, point_of(direction), run); });
 }
 
+std::string drawn(const Diagram& diagram, const std::string& caption, const std::string& colour) {
+  return on_one_thread([&](const Run& run) {
+    std::ostringstream out;
+    write_drawing(diagram, draw(diagram, run), caption, colour, out);
+    return out.str();
+  });
+}
+
 }  // namespace
 
 void add_diagrams(py::module_& module) {
@@ -179,6 +192,19 @@ degenerate, it is turned by about 1e-5 rad.)")
             return on_one_thread([&](const Run& run) { return self.simplified(run); });
           },
           "A diagram of the same knot with no more crossings, by Reidemeister and pass moves.")
+      .def("svg", &drawn, py::arg("caption") = "", py::arg("colour") = "#333333",
+           R"(A drawing as the text of an SVG file: a smooth curve with gaps where it passes under.
+
+`colour` is "#rrggbb". ValueError for more than 1,000 crossings, and where some lie so deep inside others
+that the drawing could not be read: those are for `simplified()` first.)")
+      .def("_repr_svg_",
+           [](const Diagram& self) -> py::object {
+             try {
+               return py::str(drawn(self, "", "#333333"));
+             } catch (const Error&) {
+               return py::none();
+             }
+           })
       .def(py::self == py::self)
       .def("__hash__",
            [](const Diagram& self) { return std::hash<std::string>{}(self.gauss_code()); })

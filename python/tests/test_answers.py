@@ -203,3 +203,18 @@ def test_ranges_are_half_open_with_labels_beside_them(protein: korvex.Chain) -> 
         protein.labels[place.core.begin],
         protein.labels[place.core.end - 1],
     )
+
+
+def test_diagrams_are_drawn_as_the_command_line_does(command_line: Callable[..., bytes]) -> None:
+    knot = korvex.knot_type("7_4")
+    assert knot is not None
+    drawing = korvex.Diagram(knot.gauss_code).svg(knot.name, korvex.colour_of_type(knot.name))
+    assert drawing.encode() == command_line("draw", "7_4", "-o", "-")
+
+
+def test_notebooks_show_diagrams_that_can_be_drawn() -> None:
+    kinks = "".join(f"O{k}+U{k}+" for k in range(1, 1002))
+    assert (korvex.Diagram("")._repr_svg_() or "").startswith("<svg")
+    assert korvex.Diagram(kinks)._repr_svg_() is None
+    with pytest.raises(ValueError, match="at most 1000"):
+        korvex.Diagram(kinks).svg()

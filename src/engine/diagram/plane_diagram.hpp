@@ -25,6 +25,11 @@ class PlaneDiagram {
   std::size_t faces() const { return face_count_; }
   // Number, from 0, of the face to the left of a dart.
   std::int32_t face_left_of(std::size_t dart) const { return face_[dart]; }
+  // The darts that have a face to their left, in order around it.
+  std::span<const std::int32_t> darts_of(std::size_t face) const {
+    return std::span(around_).subspan(static_cast<std::size_t>(begin_[face]),
+                                      static_cast<std::size_t>(begin_[face + 1] - begin_[face]));
+  }
 
   // A strand that a way crosses.
   struct Step {
