@@ -28,6 +28,7 @@ double distance(const Point& a, const Point& b) {
 std::vector<double> bond_lengths(const Chain& chain) {
   std::vector<double> lengths;
   const std::size_t size = chain.points.size();
+  lengths.reserve(size);
   for (std::size_t i = 0; i + 1 < size; ++i)
     lengths.push_back(distance(chain.points[i], chain.points[i + 1]));
   if (chain.closed && size > 1)
@@ -151,6 +152,23 @@ std::vector<Chain> split(RawChain&& raw, std::vector<Gap> broken) {
   return parts;
 }
 
+// True where no bond can be longer than kGapFactor medians, since none is than so many of the
+// shortest: a quick answer for most frames of a trajectory, and false says nothing.
+bool are_even(const std::vector<Point>& points) {
+  constexpr double kSure = preprocess::kGapFactor * preprocess::kGapFactor * (1 - 1e-9);
+  constexpr double kLargest = 1e300;
+  constexpr double kSmallest = 1e-290;
+  double least = std::numeric_limits<double>::infinity();
+  double most = 0;
+  for (std::size_t i = 1; i < points.size(); ++i) {
+    const Point bond = points[i] - points[i - 1];
+    const double square = dot(bond, bond);
+    least = std::min(least, square);
+    most = std::max(most, square);
+  }
+  return least > kSmallest && most < kLargest && most <= kSure * least;
+}
+
 // Fewer points than a knot needs say nothing by lying close.
 void look_at_ends(Chain& chain) {
   constexpr std::size_t kFewest = 6;
@@ -161,18 +179,21 @@ void look_at_ends(Chain& chain) {
 
 }  // namespace
 
-bool bonds_vary(std::vector<double> lengths, double median) {
+bool bonds_vary(const std::vector<double>& lengths, double median) {
   constexpr double kMuch = 1.2;
-  if (lengths.empty()) return false;
-  const auto upper = lengths.begin() + static_cast<std::ptrdiff_t>((lengths.size() - 1) * 3 / 4);
-  std::nth_element(lengths.begin(), upper, lengths.end());
+  if (lengths.empty() || *std::max_element(lengths.begin(), lengths.end()) <= kMuch * median)
+    return false;
+  std::vector<double> sorted = lengths;
+  const auto upper = sorted.begin() + static_cast<std::ptrdiff_t>((sorted.size() - 1) * 3 / 4);
+  std::nth_element(sorted.begin(), upper, sorted.end());
   return *upper > kMuch * median;
 }
 
 void mend(RawChain& raw) {
   std::vector<Point>& points = raw.chain.points;
+  if (raw.cell.edges.empty() || points.size() < 2 || are_even(points)) return;
   const Lattice lattice(raw.cell);
-  if (lattice.empty() || points.size() < 2) return;
+  if (lattice.empty()) return;
   const double bond = preprocess::median_bond(bond_lengths(raw.chain));
   if (!(bond > 0)) return;
   std::vector<bool> may_break(points.size());

@@ -11,7 +11,7 @@ namespace korvex::read {
 
 // True where bonds are of many lengths, as in phantom chains and rings drawn as polygons: a quarter
 // of them is longer than 1.2 times their median. O(n).
-bool bonds_vary(std::vector<double> lengths, double median);
+bool bonds_vary(const std::vector<double>& lengths, double median);
 
 // Follows ReadOptions::unwrap with the chain's cell. Where residues are missing nothing is mended.
 void mend(RawChain& raw);
