@@ -88,6 +88,17 @@ TEST(Catalogue, GivesThePlusHandToPrimesByItsRule) {
     EXPECT_NE(find_knot_type(name), nullptr) << name;
 }
 
+// A knot of 11 crossings with the Jones polynomial of an amphichiral one. In its HOMFLY-PT the
+// powers of a on one side have no counterparts on the other.
+TEST(HandRule, CountsATermWithoutCounterpartForItsSide) {
+  const Diagram diagram = Diagram::of_pd(
+      "[[2,10,3,9],[4,19,5,20],[6,2,7,1],[7,15,8,14],[10,4,11,3],[11,20,12,21],[13,1,14,22],"
+      "[15,9,16,8],[17,12,18,13],[18,5,19,6],[21,17,22,16]]");
+  EXPECT_EQ(jones(diagram), jones(diagram.mirror()));
+  EXPECT_EQ(hand(diagram), 1);
+  EXPECT_EQ(hand(diagram.mirror()), -1);
+}
+
 std::vector<std::string> names_of_types(std::string_view name) {
   std::vector<std::string> names;
   for (const KnotType* type : knot_types_named(name)) names.push_back(type->name);
