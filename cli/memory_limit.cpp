@@ -8,6 +8,13 @@
 namespace korvex::cli {
 namespace {
 
+// A sanitizer needs memory of its own, by far more than the program.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr bool kIsSanitized = true;
+#else
+constexpr bool kIsSanitized = false;
+#endif
+
 // The system counts the whole of a thread's stack from its start on.
 rlim_t stacks_of(unsigned threads) {
   constexpr rlim_t kUsual = 8 << 20;
@@ -20,14 +27,12 @@ rlim_t stacks_of(unsigned threads) {
 
 }  // namespace
 
-void limit_memory([[maybe_unused]] std::size_t most, [[maybe_unused]] unsigned threads) {
-#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+void limit_memory(std::size_t most, unsigned threads) {
   rlimit data{};
-  if (getrlimit(RLIMIT_DATA, &data) != 0) return;
+  if (kIsSanitized || getrlimit(RLIMIT_DATA, &data) != 0) return;
   const rlim_t wanted = std::max(most, kLeastMemory) + stacks_of(threads);
   data.rlim_cur = std::min(data.rlim_cur, wanted);
   setrlimit(RLIMIT_DATA, &data);
-#endif
 }
 
 }  // namespace korvex::cli
